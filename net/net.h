@@ -143,6 +143,8 @@ class Net {
 
   // Printing as qv text.
   void print_func_decl(int name, PtyStream& out);
+  /// print_func_decl of a known record, without its leading newline.
+  void write_func_decl(const FuncInfo& f, PtyStream& out);
   /// The whole program; `final_dot` ends it with "tel." instead of "tel".
   void print_program(PtyStream& out, bool final_dot);
 
@@ -179,6 +181,8 @@ class Net {
  private:
   IdentInfo* new_ident(int name, IdentKind kind, QvType* type, int clock);
   Exp* new_node(Exp&& e);
+  /// "name : type; ..." of a parameter list alternating names and types.
+  void write_params(const IndexList* params, PtyStream& out);
 
   std::deque<Exp> nodes_;
   std::deque<QvType> type_store_;

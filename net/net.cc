@@ -1,0 +1,328 @@
+#include "net/net.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+
+#include "support/diagnostics.h"
+
+QvType::~QvType() {
+  delete consts;
+  delete members;
+}
+
+IndexList* QvType::member() const {
+  if (!is_tuple) internal_error("file net\n QvType::member() called on non tuple type\n");
+  return members;
+}
+
+IdentInfo* QvType::enum_const(int position) const {
+  if (enum_count == 0) internal_error("QvType::enum_const(int) called on non enumerate type\n");
+  if (position < 0 || position >= enum_count)
+    internal_error("QvType::enum_const(int) : position %d out of range\n", position);
+  return enum_consts[position];
+}
+
+int IdentInfo::get_usr_const_index() const {
+  if (kind != ID_USR_CONST) internal_error("IdentInfo::get_usr_const_index called on no usr const\n");
+  return value;
+}
+
+FuncInfo::~FuncInfo() {
+  delete in_params;
+  delete out_params;
+}
+
+int FuncInfo::get_usr_proc_index() const {
+  if (kind != 1) internal_error("FuncInfo::get_usr_proc_index called on no usr-proc \"%s\"\n", name);
+  return index;
+}
+
+int FuncInfo::get_usr_func_index() const {
+  if (kind != 0) internal_error("FuncInfo::get_usr_func_index called on no usr-func \"%s\"\n", name);
+  return index;
+}
+
+Net::Net(SymbolTable* strings) : strings(strings) {
+  bool_type = named_type(strings->intern("bool"));
+  int_type = named_type(strings->intern("int"));
+  real_type = named_type(strings->intern("real"));
+  true_name = strings->intern("true");
+  true_exp = constant(true_name);
+  false_exp = constant(strings->intern("false"));
+  bottom_exp = constant(strings->intern("bottom"));
+  nil_exp = constant(strings->intern("nil"));
+}
+
+Net::~Net() {
+  for (IndexList* list : {inputs, outputs, locals, asserts, usr_consts, usr_funcs, usr_procs,
+                          type_names})
+    delete list;
+}
+
+// ---- Types ----
+
+QvType* Net::named_type(int name) {
+  for (QvType* t = types; t; t = t->next)
+    if (!t->is_tuple && t->name == name) return t;
+  QvType& t = type_store_.emplace_back();
+  t.name = name;
+  t.next = types;
+  types = &t;
+  return &t;
+}
+
+QvType* Net::tuple_type(IndexList* names) {
+  if (names && !names->next) {
+    int name = names->value;
+    delete names;
+    return named_type(name);
+  }
+  for (QvType* t = types; t; t = t->next) {
+    if (t->is_tuple && IndexList::equal(t->members, names)) {
+      delete names;
+      return t;
+    }
+  }
+  QvType& t = type_store_.emplace_back();
+  t.is_tuple = 1;
+  t.members = names;
+  t.next = types;
+  types = &t;
+  return &t;
+}
+
+QvType* Net::tuple_type(const int* names, int n) {
+  return tuple_type(n > 0 ? new IndexList(names, n) : nullptr);
+}
+
+void Net::declare_type(int name) {
+  IndexList::append(&type_names, name);
+  named_type(name)->number = ++n_types;
+}
+
+void Net::declare_enum_type(int name, IndexList* consts) {
+  declare_type(name);
+  QvType* t = named_type(name);
+  t->enum_count = IndexList::length(consts);
+  t->enum_consts.assign(t->enum_count, nullptr);
+  // The head of the list takes the highest position, the last constant 0.
+  int position = t->enum_count;
+  for (IndexList* c = consts; c; c = c->next) {
+    --position;
+    IdentInfo* info = new_ident(c->value, ID_ENUM_CONST, t, true_name);
+    info->value = IndexList::length(usr_consts);
+    info->number = position;
+    info->def = info->ref = new_leaf(CONST_n, c->value, t, true_name);
+    t->enum_consts[position] = info;
+    IndexList::append(&usr_consts, c->value);
+    ++n_usr_consts;
+  }
+  delete consts;
+}
+
+// ---- Identifiers and functions ----
+
+IdentInfo* Net::new_ident(int name, IdentKind kind, QvType* type, int clock) {
+  IdentInfo& info = ident_store_.emplace_back();
+  info.name = name;
+  info.kind = kind;
+  info.type = type;
+  info.clock = clock;
+  *idents.chunk_at(name) = NameRecord{&info, nullptr};
+  return &info;
+}
+
+void Net::add_usr_const(int name, QvType* type, int clock) {
+  IdentInfo* info = new_ident(name, ID_USR_CONST, type, clock);
+  info->value = IndexList::length(usr_consts);
+  info->def = info->ref = new_leaf(CONST_n, name, type, clock);
+  IndexList::append(&usr_consts, name);
+  IndexList::append(&type->consts, name);
+  ++n_usr_consts;
+}
+
+void Net::add_usr_proc(int name, QvType* in_type, QvType* out_type, IndexList* in_params,
+                       IndexList* out_params) {
+  FuncInfo& f = func_store_.emplace_back();
+  f.name = strings->text(name);
+  f.kind = 1;
+  f.index = IndexList::length(usr_procs);
+  f.in_type = in_type;
+  f.out_type = out_type;
+  f.in_params = in_params;
+  f.out_params = out_params;
+  *idents.chunk_at(name) = NameRecord{nullptr, &f};
+  IndexList::append(&usr_procs, name);
+  ++n_usr_procs;
+}
+
+void Net::add_input(int name, QvType* type, int clock) {
+  IdentInfo* info = new_ident(name, ID_INPUT, type, clock);
+  info->number = n_inputs++;
+  info->def = info->ref = new_leaf(INPUT_n, name, type, clock);
+  IndexList::append(&inputs, name);
+}
+
+void Net::add_output(int name, QvType* type, int clock) {
+  IdentInfo* info = new_ident(name, ID_OUTPUT, type, clock);
+  info->number = n_outputs++;
+  info->ref = new_leaf(QVREF_n, name, type, clock);
+  IndexList::append(&outputs, name);
+}
+
+void Net::add_local(int name, QvType* type, int clock) {
+  IdentInfo* info = new_ident(name, ID_LOCAL, type, clock);
+  info->number = n_locals++;
+  info->ref = new_leaf(QVREF_n, name, type, clock);
+  IndexList::append(&locals, name);
+}
+
+Exp* Net::constant(int name) {
+  if (IdentInfo* known = ident_info(name)) return known->ref;
+  IdentInfo* info = new_ident(name, ID_PREDEF_CONST, bool_type, true_name);
+  return info->def = info->ref = new_leaf(CONST_n, name, bool_type, true_name);
+}
+
+namespace {
+
+// The literal's text comes from the lexer, so it is digits only; a value
+// beyond 32 bits is clamped (and reported) rather than left to scanf.
+int scan_int(const char* text) {
+  errno = 0;
+  char* end = nullptr;
+  long long v = std::strtoll(text, &end, 10);
+  if (end == text) return 0;
+  if (errno == ERANGE || v > INT_MAX || v < INT_MIN) {
+    int clamped = v < 0 ? INT_MIN : INT_MAX;
+    warning("integer literal '%s' does not fit in 32 bits, %d is used", text, clamped);
+    return clamped;
+  }
+  return static_cast<int>(v);
+}
+
+// Single precision, as the literal is carried; too large a text gives an
+// infinity, which is a defined value.
+float scan_real(const char* text) {
+  char* end = nullptr;
+  float v = std::strtof(text, &end);
+  return end == text ? 0.0f : v;
+}
+
+}  // namespace
+
+Exp* Net::int_literal(int name) {
+  if (IdentInfo* known = ident_info(name)) return known->ref;
+  IdentInfo* info = new_ident(name, ID_INT_LIT, int_type, true_name);
+  info->value = scan_int(strings->text(name));
+  return info->def = info->ref = new_leaf(CONST_n, name, int_type, true_name);
+}
+
+Exp* Net::real_literal(int name) {
+  if (IdentInfo* known = ident_info(name)) return known->ref;
+  IdentInfo* info = new_ident(name, ID_REAL_LIT, real_type, true_name);
+  info->real_value = scan_real(strings->text(name));
+  return info->def = info->ref = new_leaf(CONST_n, name, real_type, true_name);
+}
+
+void Net::add_assert(Exp* e) {
+  int name = strings->intern("__assert_%d", IndexList::length(asserts));
+  IdentInfo* info = new_ident(name, ID_ASSERT, bool_type, clock(e));
+  info->def = e;
+  e->type = info->type;
+  e->clock = info->clock;
+  IndexList::append(&asserts, name);
+  ++n_asserts;
+}
+
+void Net::define(int name, Exp* e) {
+  IdentInfo* info = ident_info(name);
+  if (!info) error("Net::define : undeclared variable '%s'\n", strings->text(name));
+  info->def = e;
+  e->type = info->type;
+  e->clock = info->clock;
+}
+
+void Net::define_tuple(IndexList* names, Exp* e) {
+  tuple_name_lists_.emplace_back(names);
+  int position = 0;
+  for (IndexList* n = names; n; n = n->next) {
+    define(n->value, new_proj(e, ++position));
+    ident_info(n->value)->tuple_names = names;
+  }
+}
+
+IdentInfo* Net::ident_info(int name) {
+  return name > 0 ? idents.chunk_at(name)->ident : nullptr;
+}
+
+FuncInfo* Net::func_info(int name) {
+  return name > 0 ? idents.chunk_at(name)->func : nullptr;
+}
+
+// ---- Nodes ----
+
+Exp* Net::new_node(Exp&& e) {
+  nodes_.push_back(std::move(e));
+  return &nodes_.back();
+}
+
+Exp* Net::new_leaf(OpKind op, int ident, QvType* type, int clock) {
+  Exp e;
+  e.op = op;
+  e.ident = ident;
+  e.type = type;
+  e.clock = clock;
+  return new_node(std::move(e));
+}
+
+namespace {
+
+// Operand count of the fixed-arity kinds; -1 for the n-ary ones.
+int fixed_arity(OpKind op) {
+  if (is_unary_kind(op) || op == PROJ_n || op == CALL_n) return 1;
+  if (is_binary_kind(op)) return 2;
+  if (op == IF_n) return 3;
+  if (is_nary_kind(op) || op == RCL_n || op == ICL_n) return -1;
+  return 0;
+}
+
+}  // namespace
+
+Exp* Net::new_exp(OpKind op, std::vector<Exp*> operands, int param) {
+  int need = fixed_arity(op);
+  if (need >= 0 && need != static_cast<int>(operands.size()))
+    internal_error("file 'net':\nNet::new_exp : '%s' needs %d operands, not %d\n", op_name(op),
+                   need, static_cast<int>(operands.size()));
+  Exp e;
+  e.op = op;
+  e.operands = std::move(operands);
+  e.param = param;
+  return new_node(std::move(e));
+}
+
+Exp* Net::new_call(int function, Exp* argument) { return new_exp(CALL_n, {argument}, function); }
+
+Exp* Net::new_proj(Exp* tuple, int position) { return new_exp(PROJ_n, {tuple}, position); }
+
+Exp* Net::new_icl(std::vector<Exp*> operands, std::vector<int> coefs, int constant) {
+  if (coefs.size() != operands.size())
+    internal_error("file 'net':\nNet::new_icl : %d coefficients for %d operands\n",
+                   static_cast<int>(coefs.size()), static_cast<int>(operands.size()));
+  Exp* e = new_exp(ICL_n, std::move(operands));
+  e->icoefs = std::move(coefs);
+  e->iconst = constant;
+  return e;
+}
+
+Exp* Net::new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract constant) {
+  if (coefs.size() != operands.size())
+    internal_error("file 'net':\nNet::new_rcl : %d coefficients for %d operands\n",
+                   static_cast<int>(coefs.size()), static_cast<int>(operands.size()));
+  Exp* e = new_exp(RCL_n, std::move(operands));
+  e->rcoefs = std::move(coefs);
+  e->rconst = constant;
+  return e;
+}
+
+Exp* Net::new_blank() { return new_node(Exp{}); }
