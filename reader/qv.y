@@ -1,0 +1,324 @@
+/* The qv grammar. Every operator occurrence becomes a fresh Exp of the net
+   being read; declarations go straight into the net. */
+
+%code requires {
+#include "reader/exp_list.h"
+
+class IndexList;
+struct Exp;
+}
+
+%code {
+#include <cstdio>
+#include <cstring>
+
+#include "net/net.h"
+#include "reader/lexer.h"
+#include "reader/parse_actions.h"
+#include "reader/parser.h"
+
+// Classic yacc limits: 500 states at most. Bison reports exhaustion when
+// its last slot is filled, so one spare slot lets the 500th state in.
+#define YYINITDEPTH 501
+#define YYMAXDEPTH 501
+
+namespace {
+
+// The parse in progress; the parser reads one file at a time.
+Net* net;
+SymbolTable* table;
+QvLexer* lexer;
+
+int yylex() { return lexer->next_token(yylval.text); }
+
+void yyerror(const char* message) {
+  if (std::strcmp(message, "memory exhausted") == 0) message = "yacc stack overflow";
+  std::printf("%s     - at line %d\n", message, lexer->line());
+}
+
+int intern(const char* text) { return table->intern("%s", text); }
+
+Exp* make_exp(OpKind kind, std::vector<Exp*> operands) { return net->new_exp(kind, std::move(operands)); }
+
+Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(list)); }
+
+}  // namespace
+}
+
+%union {
+  char text[256];
+  int name;
+  Exp* exp;
+  IndexList* names;
+  ExpList* list;
+}
+
+%destructor { delete $$; } <names>
+%destructor { exp_list_free($$); } <list>
+
+%token XAnd 257 XArrow 258 XAssert 259 XConst 261 XCurrent 262 XDiv 263 XElse 264
+%token XFunction 265 XGe 267 XIf 270 XImpl 272 XLe 273 XLet 274 XMod 275 XNe 276
+%token XNode 277 XNor 278 XNot 279 XOr 280 XPre 281 XReturns 284 XTel 285 XType 286
+%token XThen 287 XVar 289 XWhen 290 XXor 291 XPower 292
+%token <text> XBool 260 XFalse 266 XIConst 268 XIdf 269 XInt 271 XRConst 282 XReal 283
+%token <text> XTrue 288
+
+%nonassoc XIf XThen XElse
+%left XArrow
+%left XOr XXor
+%left XAnd
+%nonassoc XImpl '=' XNe '<' XLe XGe '>'
+%nonassoc XNot
+%left '+' '-'
+%left '*' '/' '%' XMod XDiv
+%left XWhen XPower
+%nonassoc UMINUS XInt XReal XPre XCurrent
+
+%type <name> type predefined_type named_type clock ident
+%type <names> ident_list params param
+%type <exp> expr call constant
+%type <list> expr_list1 expr_list2
+
+%expect 0
+
+%%
+
+program
+  : %empty
+  | declarations node
+  | node
+  ;
+
+declarations
+  : declaration
+  | declarations declaration
+  ;
+
+declaration
+  : const_decl
+  | type_decl
+  | function_decl
+  ;
+
+const_decl
+  : XConst const_items '.'
+  | XConst const_items ';'
+  ;
+
+const_items
+  : const_item
+  | const_items ';' const_item
+  ;
+
+const_item
+  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_usr_const, $2, $4, $7); }
+  | ident_list ':' type { declare_names(net, &Net::add_usr_const, $1, $3, net->true_name); }
+  ;
+
+type
+  : predefined_type
+  | named_type
+  ;
+
+predefined_type
+  : XBool { $$ = intern($1); }
+  | XInt { $$ = intern($1); }
+  | XReal { $$ = intern($1); }
+  ;
+
+named_type
+  : ident
+  ;
+
+clock
+  : ident
+  | XTrue { $$ = intern("true"); }
+  ;
+
+type_decl
+  : XType type_items ';'
+  | XType type_items '.'
+  ;
+
+type_items
+  : type_item
+  | type_items ',' type_item
+  ;
+
+type_item
+  : extern_type
+  | enum_type
+  ;
+
+extern_type
+  : ident { net->declare_type($1); }
+  ;
+
+enum_type
+  : ident '=' '(' ident_list ')' { net->declare_enum_type($1, $4); }
+  ;
+
+ident
+  : XIdf { $$ = intern($1); }
+  ;
+
+function_decl
+  : XFunction ident '(' params ')' XReturns '(' params ')' terminator
+      { declare_function(net, $2, $4, $8); }
+  ;
+
+params
+  : param
+  | params ';' param { IndexList::concat($1, $3); $$ = $1; }
+  ;
+
+param
+  : ident ':' type { $$ = param_pair($1, $3); }
+  ;
+
+terminator
+  : %empty
+  | ';'
+  | '.'
+  | ','
+  ;
+
+node
+  : XNode node_header locals_opt body terminator
+  ;
+
+node_header
+  : ident '(' inputs ')' XReturns '(' outputs ')' ';' { net->set_node_name($1); }
+  ;
+
+inputs
+  : input_item
+  | inputs ';' input_item
+  ;
+
+input_item
+  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_input, $2, $4, $7); }
+  | ident_list ':' type { declare_names(net, &Net::add_input, $1, $3, net->true_name); }
+  ;
+
+outputs
+  : output_item
+  | outputs ';' output_item
+  ;
+
+output_item
+  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_output, $2, $4, $7); }
+  | ident_list ':' type { declare_names(net, &Net::add_output, $1, $3, net->true_name); }
+  ;
+
+locals_opt
+  : %empty
+  | XVar locals ';'
+  ;
+
+locals
+  : local_item
+  | locals ';' local_item
+  ;
+
+local_item
+  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_local, $2, $4, $7); }
+  | ident_list ':' type { declare_names(net, &Net::add_local, $1, $3, net->true_name); }
+  ;
+
+body
+  : XLet XTel
+  | XLet equations XTel
+  ;
+
+equations
+  : equation
+  | equations equation
+  ;
+
+equation
+  : XAssert expr ';' { net->add_assert($2); }
+  | ident '=' expr ';' { net->define($1, $3); }
+  | '(' ident_list ')' '=' expr ';' { net->define_tuple($2, $5); }
+  ;
+
+ident_list
+  : ident { $$ = new IndexList($1); }
+  | ident_list ',' ident { IndexList::append(&$1, $3); $$ = $1; }
+  ;
+
+expr
+  : '(' expr ')' { $$ = $2; }
+  | constant
+  | ident { $$ = qvnet::GetIdentInfo(net, $1); }
+  | XNot expr { $$ = make_exp(NOT_n, {$2}); }
+  | XInt expr { $$ = convert(net, TO_INT, $2); }
+  | XReal expr { $$ = convert(net, TO_REAL, $2); }
+  | '-' expr %prec UMINUS { $$ = make_exp(UMINUS_n, {$2}); }
+  | XPre expr { $$ = make_exp(PRE_n, {$2}); }
+  | XCurrent expr { $$ = make_exp(CURRENT_n, {$2}); }
+  | expr XArrow expr { $$ = make_exp(ARROW_n, {$1, $3}); }
+  | expr XWhen expr { $$ = make_exp(WHEN_n, {$1, $3}); }
+  | XIf expr XThen expr XElse expr { $$ = make_exp(IF_n, {$2, $4, $6}); }
+  | expr XXor expr { $$ = make_exp(XOR_n, {$1, $3}); }
+  | expr XOr expr { $$ = make_exp(OR_n, {$1, $3}); }
+  | expr XAnd expr { $$ = make_exp(AND_n, {$1, $3}); }
+  | expr XImpl expr { $$ = make_exp(IMPL_n, {$1, $3}); }
+  | expr '=' expr { $$ = make_exp(EQUAL_n, {$1, $3}); }
+  | expr XNe expr { $$ = make_exp(NEQ_n, {$1, $3}); }
+  | expr '<' expr { $$ = make_exp(LT_n, {$1, $3}); }
+  | expr XLe expr { $$ = make_exp(LTE_n, {$1, $3}); }
+  | expr XGe expr { $$ = make_exp(GTE_n, {$1, $3}); }
+  | expr '>' expr { $$ = make_exp(GT_n, {$1, $3}); }
+  | expr '*' expr { $$ = make_exp(TIMES_n, {$1, $3}); }
+  | expr '/' expr { $$ = make_exp(SLASH_n, {$1, $3}); }
+  | expr '%' expr { $$ = make_exp(MOD_n, {$1, $3}); }
+  | expr XMod expr { $$ = make_exp(MOD_n, {$1, $3}); }
+  | expr XDiv expr { $$ = make_exp(DIV_n, {$1, $3}); }
+  | expr '+' expr { $$ = make_exp(PLUS_n, {$1, $3}); }
+  | expr '-' expr { $$ = make_exp(MINUS_n, {$1, $3}); }
+  | expr XPower expr { $$ = make_exp(POWER_n, {$1, $3}); }
+  | call
+  | '#' '(' expr_list2 ')' { $$ = make_exp(DIESE_n, exp_list_take($3)); }
+  | XNor '(' expr_list1 ')' { $$ = make_exp(NOR_n, exp_list_take($3)); }
+  | '(' expr_list2 ')' { $$ = make_tuple($2); }
+  ;
+
+call
+  : ident '(' expr ')' { $$ = net->new_call($1, $3); }
+  | ident '(' expr_list2 ')' { $$ = net->new_call($1, make_tuple($3)); }
+  ;
+
+expr_list2
+  : expr_list1 ',' expr { $$ = exp_list_join($1, exp_list_one($3)); }
+  ;
+
+expr_list1
+  : expr { $$ = exp_list_one($1); }
+  | expr_list2
+  ;
+
+constant
+  : XTrue { $$ = net->constant(intern("true")); }
+  | XFalse { $$ = net->constant(intern("false")); }
+  | XIConst { $$ = net->int_literal(intern($1)); }
+  | XRConst { $$ = net->real_literal(intern($1)); }
+  ;
+
+%%
+
+int QvParse(Net* target, SymbolTable* strings, const char* path) {
+  FILE* in = std::fopen(path, "r");
+  if (!in) {
+    std::fprintf(stderr, "QvParse : Can't open file '%s'\n", path);
+    return 1;
+  }
+  QvLexer reader(in);
+  net = target;
+  table = strings;
+  lexer = &reader;
+  int result = yyparse() == 0 ? 0 : 1;
+  lexer = nullptr;
+  std::fclose(in);
+  return result;
+}
