@@ -44,7 +44,6 @@ class PtyStream {
   void piece(const char* text, int length);
 
   FILE* stream_;
-  bool named_ = false;
   char unit_[kMaxUnit + 1];
   int unit_length_ = 0;
   int level_ = 0;

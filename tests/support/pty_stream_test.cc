@@ -1,0 +1,99 @@
+#include "support/pty_stream.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+using testing::internal::CaptureStderr;
+using testing::internal::GetCapturedStderr;
+
+namespace {
+
+// The text written so far to a temporary stream.
+std::string contents(PtyStream& s) {
+  s.flush();
+  FILE* f = s.stream();
+  long end = ftell(f);
+  rewind(f);
+  std::string text(end, '\0');
+  size_t got = fread(text.data(), 1, end, f);
+  text.resize(got);
+  fseek(f, 0, SEEK_END);
+  return text;
+}
+
+}  // namespace
+
+TEST(PtyStreamTest, BreaksLinesBeforeTheWidth) {
+  PtyStream* s = PtyStream::temporary(80);
+  s->print("%s", std::string(75, 'x').c_str());
+  EXPECT_EQ(s->column(), 75);
+  s->print("abcde");
+  EXPECT_EQ(s->column(), 5);
+  s->print(42);
+  s->print(1.5f);
+  EXPECT_EQ(contents(*s), std::string(75, 'x') + "\nabcde421.500000");
+  // A piece longer than the width stands alone on its line.
+  s->print("%s", std::string(100, 'y').c_str());
+  EXPECT_EQ(s->column(), 100);
+  delete s;
+}
+
+TEST(PtyStreamTest, IndentsNewLines) {
+  PtyStream* s = PtyStream::temporary(80);
+  s->tab();
+  s->tab();
+  s->print("a\nb");
+  EXPECT_EQ(s->column(), 7);
+  s->print("\n");
+  s->newline_flat();
+  s->untab();
+  s->print("c\n\n");
+  EXPECT_EQ(contents(*s), "a\n      b\n      \nc\n   \n   ");
+  EXPECT_EQ(s->column(), 3);
+  delete s;
+}
+
+TEST(PtyStreamTest, UnitsAreTruncatedAndLongTextsFit) {
+  std::string unit = "<" + std::string(40, '-') + ">";
+  PtyStream* s = PtyStream::temporary(10, unit.c_str());
+  s->tab();
+  s->newline();
+  EXPECT_EQ(s->column(), PtyStream::kMaxUnit);
+  std::string big(5000, 'z');
+  s->print("%s%s", big.c_str(), big.c_str());
+  EXPECT_EQ(contents(*s), "\n" + unit.substr(0, PtyStream::kMaxUnit) + "\n" + big + big);
+  delete s;
+}
+
+TEST(PtyStreamTest, UntabAtZeroIsReported) {
+  PtyStream s(stdout, 80);
+  CaptureStderr();
+  s.untab();
+  EXPECT_EQ(GetCapturedStderr(), "PtyStream::untab : unbalanced untab\n");
+  EXPECT_EQ(s.level(), 0);
+  s.tab();
+  EXPECT_EQ(s.level(), 1);
+}
+
+TEST(PtyStreamTest, CopyTakesTheTargetIndentation) {
+  PtyStream* text = PtyStream::temporary(80);
+  text->print("x = 1;\ny = 2;");
+  PtyStream* out = PtyStream::temporary(80, "  ");
+  out->print("let");
+  out->tab();
+  out->newline();
+  out->copy(*text);
+  EXPECT_EQ(contents(*out), "let\n  x = 1;\n  y = 2;");
+  EXPECT_EQ(out->column(), 8);
+  delete text;
+  delete out;
+}
+
+TEST(PtyStreamTest, NamedStreams) {
+  { PtyStream err("stderr", 80); }
+  EXPECT_NE(fcntl(2, F_GETFD), -1);  // descriptor 2 is still open
+  EXPECT_EXIT(PtyStream("/nonexistent/dir/file", 80), testing::ExitedWithCode(1),
+              "^can't open file '/nonexistent/dir/file'\n$");
+}

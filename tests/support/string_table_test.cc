@@ -1,0 +1,113 @@
+#include "support/string_table.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using testing::internal::CaptureStdout;
+using testing::internal::GetCapturedStdout;
+
+namespace {
+
+// Two texts share a bucket exactly when inserting the second occupies no
+// new bucket.
+bool same_bucket(const char* a, const char* b) {
+  StringHash h(SymbolTable::kBuckets);
+  h.insert(a);
+  h.insert(b);
+  return h.occupied() == 1;
+}
+
+}  // namespace
+
+TEST(StringHashTest, HashPacksLowNibbles) {
+  EXPECT_TRUE(same_bucket("a1", "aA"));  // '1' and 'A' share the low nibble
+  EXPECT_FALSE(same_bucket("a1", "a2"));
+  // The eighth character starts a second word: 0x1234567 + 0x8 = 0x123456F.
+  EXPECT_TRUE(same_bucket("12345678", "123456?"));
+  EXPECT_FALSE(same_bucket("12345678", "1234567"));
+  // 0x13B1 is 5041, so it lands with the empty text in bucket 0.
+  EXPECT_TRUE(same_bucket("", "13;1"));
+}
+
+TEST(StringHashTest, CollisionStatistics) {
+  StringHash h(SymbolTable::kBuckets);
+  StringHash::Entry* first = h.insert("a1");
+  EXPECT_EQ(h.coll_max(), 0);
+  h.insert("aA");
+  EXPECT_EQ(h.coll_max(), 2);  // a miss after walking one entry
+  h.insert("aQ");
+  EXPECT_EQ(h.coll_max(), 2);
+  h.insert("aa");
+  EXPECT_EQ(h.coll_max(), 4);
+  h.insert("aq");
+  EXPECT_EQ(h.coll_max(), 4);
+  EXPECT_EQ(h.insert("a1"), first);
+  EXPECT_EQ(h.find("a!"), nullptr);  // a miss after five entries
+  EXPECT_EQ(h.coll_max(), 6);
+  EXPECT_EQ(h.occupied(), 1);
+  EXPECT_EQ(h.count(), 5);
+  EXPECT_EQ(h.find("aa")->number, 4);
+}
+
+TEST(SymbolTableTest, NumbersFollowFirstInterning) {
+  SymbolTable t;
+  EXPECT_EQ(t.intern("a"), 1);
+  EXPECT_EQ(t.intern("b"), 2);
+  EXPECT_EQ(t.intern("a"), 1);
+  EXPECT_EQ(t.intern("c%d", 3), 3);
+  EXPECT_EQ(t.count(), 3);
+  EXPECT_STREQ(t.text(3), "c3");
+
+  int n = 0;
+  EXPECT_EQ(t.intern_new(&n, "x"), 0);
+  EXPECT_EQ(n, 4);
+  n = 0;
+  EXPECT_EQ(t.intern_new(&n, "x"), 1);
+  EXPECT_EQ(n, 4);
+
+  EXPECT_EQ(t.find("never"), 0);
+  EXPECT_EQ(t.find_check(&n, "never"), 0);
+  EXPECT_EQ(t.count(), 4);
+  EXPECT_EQ(t.find("c%d", 3), 3);
+  EXPECT_EQ(t.find_check(&n, "b"), 1);
+  EXPECT_EQ(n, 2);
+}
+
+TEST(SymbolTableTest, ManyAndLongTextsStayValid) {
+  SymbolTable t;
+  std::vector<const char*> texts;
+  // 3000 names of about 24 bytes fill several text blocks and three chunks.
+  for (int i = 0; i < 3000; ++i) texts.push_back(t.text(t.intern("name_number_%012d", i)));
+  std::string huge(3 * StringHash::kBlockSize, 'q');
+  int big = t.intern("%s", huge.c_str());
+  int after = t.intern("after");
+  for (int i = 0; i < 3000; ++i) {
+    ASSERT_EQ(t.text(i + 1), texts[i]);
+    ASSERT_EQ(std::string(texts[i]), "name_number_" + std::string(12 - std::to_string(i).size(), '0') +
+                                         std::to_string(i));
+  }
+  EXPECT_EQ(t.text(big), huge);
+  EXPECT_EQ(t.find("%s", huge.c_str()), big);
+  EXPECT_STREQ(t.text(after), "after");
+}
+
+TEST(SymbolTableTest, PrintFormats) {
+  SymbolTable t;
+  CaptureStdout();
+  t.print();
+  EXPECT_EQ(GetCapturedStdout(), "");
+  t.intern("node");
+  t.intern("x");
+  CaptureStdout();
+  t.print();
+  t.print_stats(stdout);
+  EXPECT_EQ(GetCapturedStdout(),
+            "symbol[  1]= \"node\"\n"
+            "symbol[  2]= \"x\"\n"
+            "hash size  :  5041\n"
+            "occupied   :     2\n"
+            "coll max   :     0\n"
+            "nb strings :     2\n");
+}
