@@ -1,0 +1,59 @@
+// One node of the evaluation graph: a typed operator over operand items,
+// computed on demand at most once per step.
+#pragma once
+
+#include <memory>
+
+#include "engine/eval_value.h"
+
+class EvalItem {
+ public:
+  /// `kind` is a ValueKind; the operand slots start null, for the builder.
+  EvalItem(int n_operands, int kind);
+  EvalItem(const EvalItem&) = delete;
+  EvalItem& operator=(const EvalItem&) = delete;
+  virtual ~EvalItem() = default;
+
+  virtual void reset() {}
+  /// Ensures the operands this class reads, then combines them.
+  virtual void compute(unsigned step);
+  /// Memories only: ensures the operands the next state depends on.
+  virtual void compute_next(unsigned step);
+  /// Memories only: takes the next state.
+  virtual void rewrite();
+  /// Outputs only: non-zero when the clock was false.
+  virtual int is_bottom();
+  /// The extern type of the classes that have one; -1 after a warning
+  /// for the others.
+  virtual int extern_type_name();
+
+  /// The ensuring rule: computes the item unless it already was at `step`.
+  /// Deep graphs are walked with an explicit stack, never C recursion, and
+  /// in exactly the order nested `compute` calls would take.
+  void ensure(unsigned step);
+  /// Re-initialises this item and everything below it that was computed.
+  void reset_walk();
+
+  int n_operands;
+  std::unique_ptr<EvalItem*[]> operands;
+  int value_kind;
+  EvalValue value{};
+  unsigned status = ST_NIL;
+  unsigned stamp = 0;
+  /// Classes over enumerated or extern values (constants, inputs, outputs,
+  /// memories, equality, choice): the string number of the type's name.
+  /// 0 for every other class.
+  int extern_type = 0;
+
+ protected:
+  /// Operands `compute` ensures: all of them, except for the memories,
+  /// whose `compute` only publishes the state they hold.
+  bool demands_operands = true;
+
+  /// Ensures every operand, in order.
+  void ensure_operands(unsigned step);
+};
+
+/// A clock read by an output, assertion or memory must be defined; a nil
+/// clock ends the process.
+void check_clock(const EvalItem& clock);

@@ -1,0 +1,426 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <memory>
+#include <vector>
+
+#include "engine/eval_items.h"
+
+namespace {
+
+/// Owns the items of one test and wires operands.
+class Graph {
+ public:
+  template <class C, class... Args>
+  C* make(std::initializer_list<EvalItem*> ops, Args&&... args) {
+    auto item = std::make_unique<C>(std::forward<Args>(args)...);
+    int i = 0;
+    for (EvalItem* op : ops) item->operands[i++] = op;
+    C* raw = item.get();
+    items_.push_back(std::move(item));
+    return raw;
+  }
+  /// A leaf that holds whatever status and value the test gives it.
+  EvalItem* leaf_int(int32_t x, unsigned status = 0) {
+    EvalItem* e = make<CONST_int_EI>({}, x);
+    e->status = status;
+    return e;
+  }
+  EvalItem* leaf_bool(bool x, unsigned status = 0) {
+    EvalItem* e = make<CONST_bool_EI>({}, x);
+    e->status = status;
+    return e;
+  }
+  EvalItem* leaf_real(double x, unsigned status = 0) {
+    EvalItem* e = make<CONST_double_EI>({}, x);
+    e->status = status;
+    return e;
+  }
+
+ private:
+  std::vector<std::unique_ptr<EvalItem>> items_;
+};
+
+/// Computes a fresh item once and returns it.
+EvalItem* run(EvalItem* item, unsigned step = 1) {
+  item->ensure(step);
+  return item;
+}
+
+// Three-valued connectives ---------------------------------------------------
+
+// -1 stands for nil in the table.
+struct LogicRow {
+  int a, b, and_, or_, impl;
+};
+
+TEST(LogicItems, ThreeValuedTables) {
+  const LogicRow rows[] = {
+      {0, 0, 0, 0, 1},    {0, 1, 0, 1, 1},    {1, 0, 0, 1, 0},     {1, 1, 1, 1, 1},
+      {-1, 0, 0, -1, -1}, {-1, 1, -1, 1, 1},  {0, -1, 0, -1, 1},   {1, -1, -1, 1, -1},
+      {-1, -1, -1, -1, -1},
+  };
+  for (const LogicRow& r : rows) {
+    Graph g;
+    EvalItem* a = g.leaf_bool(r.a == 1, r.a < 0 ? unsigned{ST_NIL} : 0);
+    EvalItem* b = g.leaf_bool(r.b == 1, r.b < 0 ? unsigned{ST_NIL} : 0);
+    const std::pair<EvalItem*, int> cases[] = {{g.make<AND_bool_EI>({a, b}), r.and_},
+                                               {g.make<OR_bool_EI>({a, b}), r.or_},
+                                               {g.make<IMPL_bool_EI>({a, b}), r.impl}};
+    for (auto [item, want] : cases) {
+      run(item);
+      SCOPED_TRACE(testing::Message() << "a=" << r.a << " b=" << r.b << " want " << want);
+      if (want < 0) {
+        EXPECT_EQ(item->status, ST_NIL);
+      } else {
+        EXPECT_EQ(item->status, 0u);
+        EXPECT_EQ(item->value.i, want);
+      }
+    }
+  }
+}
+
+TEST(LogicItems, UndefinedStatusesCombine) {
+  Graph g;
+  EvalItem* nil = g.leaf_bool(false, ST_NIL);
+  EvalItem* div = g.leaf_bool(false, ST_DIV_ZERO);
+  EXPECT_EQ(run(g.make<AND_bool_EI>({nil, div}))->status, 3u);
+  // One undefined side that does not decide: its own status, not ORed.
+  EvalItem* t = g.leaf_bool(true);
+  EXPECT_EQ(run(g.make<AND_bool_EI>({div, t}))->status, ST_DIV_ZERO);
+  EXPECT_EQ(run(g.make<NOT_bool_EI>({div}))->status, ST_DIV_ZERO);
+}
+
+TEST(CountItems, DieseAndNor) {
+  Graph g;
+  EvalItem* f = g.leaf_bool(false);
+  EvalItem* t = g.leaf_bool(true);
+  EvalItem* nil = g.leaf_bool(true, ST_NIL);
+  EvalItem* div = g.leaf_bool(false, ST_DIV_ZERO);
+
+  EXPECT_EQ(run(g.make<DIESE_bool_EI>({}, 0))->value.i, 1);
+  EXPECT_EQ(run(g.make<NOR_bool_EI>({}, 0))->value.i, 1);
+  EXPECT_EQ(run(g.make<DIESE_bool_EI>({f, t, f}, 3))->value.i, 1);
+  EXPECT_EQ(run(g.make<DIESE_bool_EI>({t, f, t}, 3))->value.i, 0);
+  EXPECT_EQ(run(g.make<NOR_bool_EI>({f, f}, 2))->value.i, 1);
+  EXPECT_EQ(run(g.make<NOR_bool_EI>({f, t}, 2))->value.i, 0);
+  // Two true operands do not make it false while one is nil.
+  EXPECT_EQ(run(g.make<DIESE_bool_EI>({t, t, nil}, 3))->status, ST_NIL);
+  EXPECT_EQ(run(g.make<NOR_bool_EI>({nil, t, div}, 3))->status, 3u);
+}
+
+// Arithmetic -------------------------------------------------------------------
+
+template <class C>
+EvalItem* binary(Graph& g, EvalItem* a, EvalItem* b) {
+  return run(g.make<C>({a, b}));
+}
+
+TEST(IntItems, WrapOnThirtyTwoBits) {
+  Graph g;
+  EvalItem* max = g.leaf_int(INT_MAX);
+  EvalItem* min = g.leaf_int(INT_MIN);
+  EvalItem* one = g.leaf_int(1);
+  EXPECT_EQ(binary<PLUS_int_EI>(g, max, one)->value.i, INT_MIN);
+  EXPECT_EQ(binary<MINUS_int_EI>(g, min, one)->value.i, INT_MAX);
+  EXPECT_EQ(binary<TIMES_int_EI>(g, max, max)->value.i, 1);
+  EXPECT_EQ(binary<TIMES_int_EI>(g, g.leaf_int(65536), g.leaf_int(65536))->value.i, 0);
+  EXPECT_EQ(run(g.make<UMINUS_int_EI>({min}))->value.i, INT_MIN);
+  EXPECT_EQ(run(g.make<UMINUS_int_EI>({max}))->value.i, -INT_MAX);
+}
+
+TEST(IntItems, DivisionAndRemainder) {
+  Graph g;
+  EvalItem* m7 = g.leaf_int(-7);
+  EvalItem* two = g.leaf_int(2);
+  EvalItem* zero = g.leaf_int(0);
+  EvalItem* minus1 = g.leaf_int(-1);
+  EvalItem* min = g.leaf_int(INT_MIN);
+  EXPECT_EQ(binary<DIV_int_EI>(g, m7, two)->value.i, -3);
+  EXPECT_EQ(binary<MOD_int_EI>(g, m7, two)->value.i, -1);
+  EXPECT_EQ(binary<MOD_int_EI>(g, g.leaf_int(7), g.leaf_int(-2))->value.i, 1);
+  EXPECT_EQ(binary<DIV_int_EI>(g, min, minus1)->value.i, INT_MIN);
+  EXPECT_EQ(binary<MOD_int_EI>(g, min, minus1)->value.i, 0);
+  EXPECT_EQ(binary<DIV_int_EI>(g, g.leaf_int(5), minus1)->value.i, -5);
+
+  EvalItem* by_zero[] = {g.make<DIV_int_EI>({g.leaf_int(7), zero}),
+                         g.make<MOD_int_EI>({g.leaf_int(7), zero})};
+  for (EvalItem* item : by_zero) {
+    item->value.i = 42;
+    run(item);
+    EXPECT_EQ(item->status, ST_DIV_ZERO);
+    EXPECT_EQ(item->value.i, 42);  // kept
+  }
+  // A nil dividend hides the zero divisor.
+  EXPECT_EQ(binary<DIV_int_EI>(g, g.leaf_int(1, ST_NIL), zero)->status, ST_NIL);
+}
+
+TEST(IntItems, StatusesOrAndPropagate) {
+  Graph g;
+  EvalItem* nil = g.leaf_int(1, ST_NIL);
+  EvalItem* div = run(g.make<DIV_int_EI>({g.leaf_int(1), g.leaf_int(0)}));
+  EXPECT_EQ(binary<PLUS_int_EI>(g, nil, div)->status, 3u);
+  EXPECT_EQ(binary<LT_int_EI>(g, div, g.leaf_int(3))->status, ST_DIV_ZERO);
+}
+
+TEST(RealItems, DivisionByZeroAndNaN) {
+  Graph g;
+  EvalItem* one = g.leaf_real(1.0);
+  EXPECT_EQ(binary<DIV_double_EI>(g, one, g.leaf_real(0.0))->status, ST_DIV_ZERO);
+  EXPECT_EQ(binary<DIV_double_EI>(g, one, g.leaf_real(-0.0))->status, ST_DIV_ZERO);
+  EvalItem* nan = g.leaf_real(std::nan(""));
+  EvalItem* q = binary<DIV_double_EI>(g, one, nan);
+  EXPECT_EQ(q->status, 0u);
+  EXPECT_TRUE(std::isnan(q->value.d));
+  EXPECT_DOUBLE_EQ(binary<DIV_double_EI>(g, one, g.leaf_real(4.0))->value.d, 0.25);
+
+  EXPECT_EQ(binary<LT_double_EI>(g, nan, one)->value.i, 0);
+  EXPECT_EQ(binary<GE_double_EI>(g, nan, one)->value.i, 0);
+  EXPECT_EQ(binary<GT_double_EI>(g, one, nan)->value.i, 0);
+  EXPECT_EQ(binary<EQ_double_EI>(g, nan, nan)->value.i, 0);
+  EXPECT_EQ(binary<NE_double_EI>(g, nan, nan)->value.i, 1);
+  EXPECT_EQ(binary<LE_double_EI>(g, one, one)->value.i, 1);
+}
+
+TEST(RealItems, Conversions) {
+  Graph g;
+  EXPECT_EQ(run(g.make<REAL2INT_int_EI>({g.leaf_real(-2.7)}))->value.i, -2);
+  EXPECT_EQ(run(g.make<REAL2INT_int_EI>({g.leaf_real(2147483647.9)}))->value.i, INT_MAX);
+  EXPECT_EQ(run(g.make<REAL2INT_int_EI>({g.leaf_real(-2147483648.9)}))->value.i, INT_MIN);
+  EXPECT_EQ(run(g.make<REAL2INT_int_EI>({g.leaf_real(1e10)}))->value.i, INT_MIN);
+  EXPECT_EQ(run(g.make<REAL2INT_int_EI>({g.leaf_real(std::nan(""))}))->value.i, INT_MIN);
+  EXPECT_EQ(run(g.make<INT2REAL_double_EI>({g.leaf_int(-3)}))->value.d, -3.0);
+  EXPECT_EQ(run(g.make<UFUNC_double_EI>({g.leaf_real(-1.0)}, UnaryFunction{std::sqrt}))->status,
+            0u);
+  EXPECT_EQ(run(g.make<BFUNC_double_EI>({g.leaf_real(2.0), g.leaf_real(10.0)},
+                                        BinaryFunction{std::pow}))
+                ->value.d,
+            1024.0);
+}
+
+TEST(ExternItems, EqualityIsByNamePointer) {
+  Graph g;
+  static const char red[] = "red";
+  static const char other_red[] = "red";
+  EvalItem* a = g.make<CONST_extern_EI>({}, red);
+  EvalItem* b = g.make<CONST_extern_EI>({}, red);
+  EvalItem* c = g.make<CONST_extern_EI>({}, other_red);
+  EXPECT_EQ(binary<EQ_extern_EI>(g, a, b)->value.i, 1);
+  EXPECT_EQ(binary<EQ_extern_EI>(g, a, c)->value.i, 0);
+  EXPECT_EQ(binary<NE_extern_EI>(g, a, c)->value.i, 1);
+}
+
+// Choice and clocks ------------------------------------------------------------
+
+TEST(CondItems, OnlyTheChosenBranchCounts) {
+  Graph g;
+  EvalItem* t = g.leaf_bool(true);
+  EvalItem* f = g.leaf_bool(false);
+  EvalItem* five = g.leaf_int(5);
+  EvalItem* nil = g.leaf_int(9, ST_NIL);
+  EvalItem* x = run(g.make<COND_int_EI>({t, five, nil}));
+  EXPECT_EQ(x->status, 0u);
+  EXPECT_EQ(x->value.i, 5);
+  EvalItem* y = g.make<COND_int_EI>({f, five, nil});
+  y->value.i = 3;
+  run(y);
+  EXPECT_EQ(y->status, ST_NIL);
+  EXPECT_EQ(y->value.i, 3);
+  EXPECT_EQ(run(g.make<COND_int_EI>({g.leaf_bool(true, ST_DIV_ZERO), five, five}))->status,
+            ST_DIV_ZERO);
+}
+
+TEST(OutputItems, AbsentWhileClockFalse) {
+  Graph g;
+  EvalItem* v = g.leaf_int(4);
+  EvalItem* clock = g.leaf_bool(true);
+  EvalItem* out = g.make<OUTPUT_int_EI>({v, clock});
+  run(out, 1);
+  EXPECT_EQ(out->is_bottom(), 0);
+  EXPECT_EQ(out->value.i, 4);
+  clock->value.i = 0;
+  v->value.i = 8;
+  v->status = ST_NIL;
+  run(out, 2);
+  EXPECT_NE(out->is_bottom(), 0);
+  EXPECT_EQ(out->value.i, 4);
+  EXPECT_EQ(out->status, 0u);
+  clock->value.i = 1;
+  run(out, 3);
+  EXPECT_EQ(out->is_bottom(), 0);
+  EXPECT_EQ(out->status, ST_NIL);
+  EXPECT_EQ(out->value.i, 4);
+}
+
+TEST(OutputItemsDeathTest, NilClockEndsTheProcess) {
+  Graph g;
+  EvalItem* out = g.make<OUTPUT_bool_EI>({g.leaf_bool(true), g.leaf_bool(true, ST_NIL)});
+  EXPECT_EXIT(run(out), testing::ExitedWithCode(1), "^clock takes on nil\n$");
+}
+
+// Memories ---------------------------------------------------------------------
+
+/// The end of a step: every memory's operands first, then every new state.
+void advance(const std::vector<EvalItem*>& memories, unsigned step) {
+  for (EvalItem* m : memories) m->compute_next(step);
+  for (EvalItem* m : memories) m->rewrite();
+}
+
+TEST(MemoryItems, LastValueOnItsClock) {
+  Graph g;
+  EvalItem* v = g.leaf_int(10);
+  EvalItem* clock = g.leaf_bool(false);
+  EvalItem* last = g.make<BLAST_int_EI>({v, clock});
+  const int clocks[] = {0, 1, 0, 1};
+  const int nil_before[] = {1, 1, 0, 0};
+  const int seen[] = {0, 0, 10, 10};
+  for (unsigned step = 1; step <= 4; ++step) {
+    v->value.i = 10 * step - 10;  // 0, 10, 20, 30
+    clock->value.i = clocks[step - 1];
+    run(last, step);
+    EXPECT_EQ(last->status != 0, nil_before[step - 1] != 0) << "step " << step;
+    if (last->status == 0) {
+      EXPECT_EQ(last->value.i, seen[step - 1]) << "step " << step;
+    }
+    advance({last}, step);
+  }
+  last->reset_walk();
+  EXPECT_EQ(run(last, 1)->status, ST_NIL);
+}
+
+TEST(MemoryItems, NeverTrueClockStaysNilAndInitStaysTrue) {
+  Graph g;
+  EvalItem* never = g.leaf_bool(false);
+  EvalItem* last = g.make<BLAST_double_EI>({g.leaf_real(1.5), never});
+  EvalItem* init = g.make<INIT_bool_EI>({never});
+  for (unsigned step = 1; step <= 5; ++step) {
+    EXPECT_EQ(run(last, step)->status, ST_NIL);
+    EXPECT_EQ(run(init, step)->value.i, 1);
+    EXPECT_EQ(init->status, 0u);
+    advance({init, last}, step);
+  }
+}
+
+TEST(MemoryItems, InitTrueUpToTheFirstClockedStepAndAfterReset) {
+  Graph g;
+  EvalItem* clock = g.leaf_bool(false);
+  EvalItem* init = g.make<INIT_bool_EI>({clock});
+  const int clocks[] = {0, 1, 0, 1};
+  const int want[] = {1, 1, 0, 0};
+  for (unsigned step = 1; step <= 4; ++step) {
+    clock->value.i = clocks[step - 1];
+    EXPECT_EQ(run(init, step)->value.i, want[step - 1]) << "step " << step;
+    advance({init}, step);
+  }
+  init->reset_walk();
+  EXPECT_EQ(run(init, 1)->value.i, 1);
+}
+
+TEST(MemoryItems, NilSavedWhenOperandNil) {
+  Graph g;
+  EvalItem* v = g.leaf_int(3);
+  EvalItem* last = g.make<BLAST_int_EI>({v, g.leaf_bool(true)});
+  run(last, 1);
+  advance({last}, 1);
+  EXPECT_EQ(run(last, 2)->value.i, 3);
+  v->status = ST_DIV_ZERO;
+  advance({last}, 2);
+  EXPECT_EQ(run(last, 3)->status, ST_DIV_ZERO);
+}
+
+TEST(MemoryItemsDeathTest, NilClockAtRewriteOrInit) {
+  Graph g;
+  EvalItem* clock = g.leaf_bool(true, ST_NIL);
+  EvalItem* last = g.make<BLAST_int_EI>({g.leaf_int(1), clock});
+  EvalItem* init = g.make<INIT_bool_EI>({clock});
+  EXPECT_EXIT(advance({last}, 1), testing::ExitedWithCode(1), "clock takes on nil");
+  EXPECT_EXIT(init->compute_next(1), testing::ExitedWithCode(1), "clock takes on nil");
+}
+
+// The ensuring protocol -----------------------------------------------------------
+
+int g_calls = 0;
+double counted(double x) {
+  ++g_calls;
+  return x + 1;
+}
+
+TEST(Ensuring, SharedItemComputedOncePerStepAndNoShortCircuit) {
+  Graph g;
+  EvalItem* shared = g.make<UFUNC_double_EI>({g.leaf_real(1.0)}, UnaryFunction{counted});
+  EvalItem* sum = g.make<PLUS_double_EI>({shared, shared});
+  EvalItem* positive = g.make<GT_double_EI>({sum, g.leaf_real(0.0)});
+  // false and ... still computes its right side.
+  EvalItem* both = g.make<AND_bool_EI>({g.leaf_bool(false), positive});
+  g_calls = 0;
+  run(both, 1);
+  EXPECT_EQ(g_calls, 1);
+  EXPECT_EQ(sum->value.d, 4.0);
+  run(both, 1);
+  run(sum, 1);
+  EXPECT_EQ(g_calls, 1);
+  run(sum, 2);
+  EXPECT_EQ(g_calls, 2);
+}
+
+TEST(Ensuring, InstantaneousCycleReadsThePreviousValue) {
+  // a = b + 1, b = a + 10, with no memory between them: computing a reaches
+  // a again while a is being computed, and that read sees a's old value.
+  Graph g;
+  auto* a = g.make<PLUS_int_EI>({nullptr, g.leaf_int(1)});
+  auto* b = g.make<PLUS_int_EI>({a, g.leaf_int(10)});
+  a->operands[0] = b;
+  a->value.i = 100;
+  a->status = 0;
+  run(a, 1);
+  EXPECT_EQ(b->value.i, 110);
+  EXPECT_EQ(a->value.i, 111);
+  run(a, 2);
+  EXPECT_EQ(a->value.i, 122);
+}
+
+TEST(Ensuring, DeepChainNeedsNoCallStack) {
+  constexpr int kDepth = 200000;
+  Graph g;
+  EvalItem* one = g.leaf_int(1);
+  EvalItem* x = g.leaf_int(0);
+  for (int i = 0; i < kDepth; ++i) x = g.make<PLUS_int_EI>({x, one});
+  EvalItem* out = g.make<OUTPUT_int_EI>({x, g.leaf_bool(true)});
+  run(out, 1);
+  EXPECT_EQ(out->value.i, kDepth);
+  out->reset_walk();
+  EXPECT_EQ(x->stamp, 0u);
+  EXPECT_EQ(x->status, ST_NIL);
+  EXPECT_EQ(one->stamp, 0u);
+  EXPECT_EQ(one->status, 0u);  // a constant is defined again
+  run(out, 1);
+  EXPECT_EQ(out->value.i, kDepth);
+}
+
+TEST(Ensuring, ResetWalkStopsAtNeverComputedItems) {
+  Graph g;
+  EvalItem* below = g.leaf_int(2);
+  EvalItem* above = g.make<UMINUS_int_EI>({below});
+  run(below, 3);
+  below->status = ST_DIV_ZERO;
+  above->reset_walk();  // above was never computed
+  EXPECT_EQ(below->stamp, 3u);
+  EXPECT_EQ(below->status, ST_DIV_ZERO);
+}
+
+TEST(BaseItemDeathTest, MissingOperationsAreFatal) {
+  EvalItem base(0, VK_INT);
+  EXPECT_EXIT(base.compute(1), testing::ExitedWithCode(1), "EvalItem::compute is only virtual");
+  EXPECT_EXIT(base.compute_next(1), testing::ExitedWithCode(1), "compute_next only virtual");
+  EXPECT_EXIT(base.rewrite(), testing::ExitedWithCode(1), "EvalItem::rewrite only virtual");
+  EXPECT_EXIT(base.is_bottom(), testing::ExitedWithCode(1), "EvalItem::is_bottom only virtual");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(base.extern_type_name(), -1);
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("called on non extern type"),
+            std::string::npos);
+  base.extern_type = 12;
+  EXPECT_EQ(base.extern_type_name(), 12);
+}
+
+}  // namespace
