@@ -1,0 +1,57 @@
+#include "net/netctr.h"
+
+#include <cstdint>
+
+#include "net/net.h"
+#include "support/diagnostics.h"
+
+namespace {
+
+// Nothing looks nodes up in the table, so any stable number serves as a
+// node's identity; the low 32 bits of its address are one.
+unsigned identity(const Exp* e) {
+  return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(e));
+}
+
+}  // namespace
+
+Exp* NetCtr::placeholder() { return net->new_blank(); }
+
+void NetCtr::update(Exp* target, Exp* source) {
+  if (target->op != ERROR_n) {
+    internal_error("file 'netctr':\nbuild_net : NetCtr::update : already updated expression");
+  }
+  *target = *source;
+}
+
+unsigned NetCtr::bucket(const Exp* node) {
+  const int kind = node->op;
+  if (is_unary_kind(kind) || kind == PROJ_n || kind == CALL_n) {
+    return identity(node->operand(0)) % kBuckets;
+  }
+  if (is_binary_kind(kind)) {
+    return (identity(node->operand(0)) / 4 + identity(node->operand(1)) / 4) % kBuckets;
+  }
+  if (kind == IF_n) {
+    return (identity(node->operand(0)) / 16 + identity(node->operand(1)) / 16 +
+            identity(node->operand(2)) / 16) %
+           kBuckets;
+  }
+  if (is_nary_kind(kind)) {
+    // Long tuples are bucketed by their last sixteen operands only.
+    unsigned s = 0;
+    for (int i = node->arity() - 1, taken = 0; i >= 0 && taken < 16; --i, ++taken) {
+      s = identity(node->operand(i)) / 4 + 4 * s;
+    }
+    return s % kBuckets;
+  }
+  internal_error("file 'netctr' :\nNetCtr::put_in_hash_tab : unexpected '%s' expression",
+                 op_name(kind));
+}
+
+NetCtr::Cell* NetCtr::put_in_hash_tab(Exp* node) {
+  Cell*& head = buckets_[bucket(node)];
+  cells_.push_back(Cell{head ? head->length + 1 : 1, node, head});
+  head = &cells_.back();
+  return head;
+}

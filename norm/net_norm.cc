@@ -1,0 +1,154 @@
+#include "norm/net_norm.h"
+
+#include "support/diagnostics.h"
+
+NormNet::NormNet(SymbolTable* strings, int skip_minimise, int bool_opt)
+    : Net(strings), mode(skip_minimise ? 3 : 0), bool_opt(bool_opt) {}
+
+void NormNet::build() {
+  verbose("start normalisation ... ");
+  normalise_all();
+  verbose("done\n");
+  if (bool_opt) verbose("Bool optimization : %d -> %d nodes\n", n_requests, n_nodes);
+  if (mode < 0 || mode > 3) error("unknown option");
+  if (mode == 3) {
+    identity_partition();
+  } else {
+    minimal_network();
+  }
+  rebuild();
+}
+
+void NormNet::normalise_all() {
+  const size_t slots = static_cast<size_t>(strings->count()) + 1;
+  for (std::vector<Exp*>* table : {&init_memo, &activation_memo, &xdef, &held_def, &resolved_}) {
+    table->assign(slots, nullptr);
+  }
+  on_walk_.assign(slots, 0);
+  normalise_group(outputs);
+  normalise_group(locals);
+  normalise_group(asserts);
+}
+
+void NormNet::normalise_group(IndexList* names) {
+  IndexListIter it(names);
+  for (int name = it.next(); name; name = it.next()) normalise(name);
+}
+
+void NormNet::normalise(int name) {
+  IdentInfo* info = ident_info(name);
+  if (!info) error("NormNet::normalise : undeclared variable '%s'", strings->text(name));
+  if (!info->def) error("NormNet::normalise : undefined variable '%s'", strings->text(name));
+  xdef[name] = net_norm::Ximpl(*this, info->def);
+  Exp* a = activation(info->clock);
+  held_def[name] = a == true_exp ? xdef[name] : make(IF_n, a, xdef[name], bottom_exp);
+}
+
+Exp* NormNet::held(Exp* x) {
+  Exp* a = activation(clock(x));
+  if (a == true_exp) return net_norm::Ximpl(*this, x);
+  return make(IF_n, a, net_norm::Ximpl(*this, x), bottom_exp);
+}
+
+bool NormNet::enter_walk(int name) {
+  if (on_walk_[name]) return true;
+  on_walk_[name] = 1;
+  return false;
+}
+
+void NormNet::leave_walk(const std::vector<int>& names) {
+  for (int name : names) on_walk_[name] = 0;
+}
+
+// Walks up the chain of clocks iteratively, then builds the conditions from
+// the outermost clock down, so the nodes are made in the order a recursive
+// definition would make them and long chains cannot exhaust the stack.
+Exp* NormNet::activation(int clock) {
+  std::vector<int> chain;
+  int c = clock;
+  while (c != true_name) {
+    if (c <= 0 || static_cast<size_t>(c) >= activation_memo.size()) {
+      internal_error("file 'net_norm':\nNormNet::activation : bad clock number %d\n", c);
+    }
+    if (activation_memo[c]) break;
+    if (enter_walk(c)) {
+      error("NormNet::activation : the chain of clocks of '%s' leads back to itself",
+            strings->text(c));
+    }
+    chain.push_back(c);
+    IdentInfo* info = ident_info(c);
+    if (!info || !info->ref) error("NormNet::activation : undeclared clock '%s'", strings->text(c));
+    c = info->clock;
+  }
+  leave_walk(chain);
+  Exp* a = c == true_name ? true_exp : activation_memo[c];
+  for (auto it = chain.rbegin(); it != chain.rend(); ++it) {
+    IdentInfo* info = ident_info(*it);
+    a = info->clock == true_name ? info->ref : make(IF_n, a, info->ref, false_exp);
+    activation_memo[*it] = a;
+  }
+  return a;
+}
+
+Exp* NormNet::first_instant(int clock) {
+  if (!init_memo[clock]) init_memo[clock] = make(INIT_n, activation(clock));
+  return init_memo[clock];
+}
+
+Exp* NormNet::make(OpKind kind, const std::vector<Exp*>& operands, int param) {
+  ++n_requests;
+  if (bool_opt) {
+    if (Exp* simpler = bool_simplify(kind, operands)) return simpler;
+  }
+  ++n_nodes;
+  Exp* e = new_exp(kind, operands, param);
+  e->class_no = 1;
+  cells_.push_back(Cell{e, made});
+  made = &cells_.back();
+  return e;
+}
+
+// Every chain walked is remembered, so resolving all names costs one walk
+// per reference in total even for very long chains of plain copies.
+Exp* NormNet::through_ref(Exp* e) {
+  if (e->op != QVREF_n) return e;
+  std::vector<int> chain;
+  while (e->op == QVREF_n) {
+    const int name = e->ident;
+    if (resolved_[name]) {
+      e = resolved_[name];
+      break;
+    }
+    IdentInfo* info = ident_info(name);
+    if (!info || (info->kind != ID_OUTPUT && info->kind != ID_LOCAL)) {
+      internal_error(
+          "file 'net_norm':\nNormNet::through_ref (%s) 'QVREF_n' must be OUTPUT or LOCAL\n",
+          strings->text(name));
+    }
+    if (!xdef[name]) {
+      internal_error("file 'net_norm':\nNormNet::through_ref (%s) is not normalised\n",
+                     strings->text(name));
+    }
+    if (enter_walk(name)) {
+      error("NormNet::through_ref : variable '%s' is defined by a cycle of references to itself",
+            strings->text(name));
+    }
+    chain.push_back(name);
+    e = xdef[name];
+  }
+  leave_walk(chain);
+  for (int name : chain) resolved_[name] = e;
+  return e;
+}
+
+Exp* NormNet::final_exp(int name) {
+  const bool normalised = name > 0 && static_cast<size_t>(name) < held_def.size() &&
+                          held_def[name] != nullptr;
+  if (!normalised) {
+    IdentInfo* info = name > 0 ? ident_info(name) : nullptr;
+    return info ? info->def : nullptr;
+  }
+  Exp* e = through_ref(held_def[name]);
+  if (e->class_no != 0 && !class_reps.empty()) return class_reps[e->class_no - 1];
+  return e;
+}

@@ -1,0 +1,96 @@
+// The normalised network: every output, local and assertion rewritten
+// without clocks or temporal operators other than memories (LAST_n) and
+// first-instant flags (INIT_n), then reduced to one node per class of
+// equivalent nodes.
+#pragma once
+
+#include <deque>
+#include <vector>
+
+#include "net/net.h"
+#include "net/netctr.h"
+
+class NormNet : public Net {
+ public:
+  /// One node made by `make`; the partition relinks these cells into classes.
+  struct Cell {
+    Exp* node;
+    Cell* next;
+  };
+
+  NormNet(SymbolTable* strings, int skip_minimise, int bool_opt);
+
+  /// Normalises everything, then partitions and rebuilds the representatives.
+  void build();
+  void normalise_all();
+  void normalise(int name);
+  /// The normal form of `x` held on its clock: bottom where it is absent.
+  Exp* held(Exp* x);
+  /// The condition that is true exactly when clock `clock` is present.
+  Exp* activation(int clock);
+  Exp* first_instant(int clock);
+
+  /// A fresh counted node, or a simpler equivalent when `bool_opt` is set.
+  Exp* make(OpKind kind, const std::vector<Exp*>& operands, int param = 0);
+  Exp* make(OpKind kind, Exp* a) { return make(kind, std::vector<Exp*>{a}); }
+  Exp* make(OpKind kind, Exp* a, int param) { return make(kind, std::vector<Exp*>{a}, param); }
+  Exp* make(OpKind kind, Exp* a, Exp* b) { return make(kind, std::vector<Exp*>{a, b}); }
+  Exp* make(OpKind kind, Exp* a, Exp* b, Exp* c) {
+    return make(kind, std::vector<Exp*>{a, b, c});
+  }
+
+  /// Follows references to outputs and locals to the normalised definition.
+  Exp* through_ref(Exp* e);
+  /// The node the evaluation graph uses for a name.
+  Exp* final_exp(int name);
+  void print();
+
+  // Minimal network.
+  /// An existing node equal to the requested one, or null.
+  Exp* bool_simplify(OpKind kind, const std::vector<Exp*>& operands);
+  void initial_partition();
+  void identity_partition();
+  void minimal_network();
+  bool split_class(int k);
+  bool equivalent(Exp* a, Exp* b, int k);
+  bool same_class(Exp* x, Exp* y, int k);
+  bool same_shape(Exp* a, Exp* b);
+  void rebuild();
+  void print_classes();
+  void print_class(Exp* node);
+
+  /// 0 to 2: minimal network; 3: one class per node.
+  int mode;
+  NetCtr ctr{this};
+  std::vector<Exp*> init_memo;
+  std::vector<Exp*> activation_memo;
+  std::vector<Exp*> xdef;
+  std::vector<Exp*> held_def;
+  /// Newest first.
+  Cell* made = nullptr;
+  int n_nodes = 0;
+  int bool_opt;
+  int n_requests = 0;
+  std::vector<Cell*> class_lists;
+  std::vector<Exp*> class_reps;
+  int n_classes = 0;
+
+ private:
+  void normalise_group(IndexList* names);
+  /// Marks a name as being walked; true when it already was (a cycle).
+  bool enter_walk(int name);
+  void leave_walk(const std::vector<int>& names);
+
+  std::deque<Cell> cells_;
+  /// through_ref's answer per output or local, once known.
+  std::vector<Exp*> resolved_;
+  /// Names on the chain being walked by through_ref or activation.
+  std::vector<char> on_walk_;
+};
+
+namespace net_norm {
+
+/// The normal form of an expression; references stay references.
+Exp* Ximpl(NormNet& net, Exp* e);
+
+}  // namespace net_norm
