@@ -1,0 +1,192 @@
+#include <climits>
+
+#include "tests/net/net_fixture.h"
+
+namespace {
+
+using NetModel = NetTest;
+using ::testing::ExitedWithCode;
+
+TEST_F(NetModel, FreshNetHoldsOnlyThePredefinedTypesAndConstants) {
+  ASSERT_NE(net.types, nullptr);
+  EXPECT_EQ(net.types, net.real_type);
+  EXPECT_EQ(net.types->next, net.int_type);
+  EXPECT_EQ(net.types->next->next, net.bool_type);
+  EXPECT_EQ(net.types->next->next->next, nullptr);
+  for (QvType* t : {net.bool_type, net.int_type, net.real_type}) {
+    EXPECT_EQ(t->number, 0);
+    EXPECT_EQ(t->is_tuple, 0);
+  }
+  EXPECT_EQ(net.bool_type->name, id("bool"));
+  EXPECT_EQ(net.true_name, id("true"));
+
+  Exp* leaves[] = {net.true_exp, net.false_exp, net.bottom_exp, net.nil_exp};
+  const char* texts[] = {"true", "false", "bottom", "nil"};
+  for (int i = 0; i < 4; ++i) {
+    IdentInfo* info = net.ident_info(id(texts[i]));
+    ASSERT_NE(info, nullptr) << texts[i];
+    EXPECT_EQ(info->kind, ID_PREDEF_CONST);
+    EXPECT_EQ(info->type, net.bool_type);
+    EXPECT_EQ(info->clock, net.true_name);
+    EXPECT_EQ(info->ref, leaves[i]);
+    EXPECT_EQ(info->def, leaves[i]);
+    EXPECT_EQ(leaves[i]->op, CONST_n);
+    EXPECT_EQ(leaves[i]->type, net.bool_type);
+  }
+  for (IndexList* list : {net.inputs, net.outputs, net.locals, net.asserts, net.usr_consts,
+                          net.usr_funcs, net.usr_procs, net.type_names})
+    EXPECT_EQ(list, nullptr);
+  EXPECT_EQ(net.n_types + net.n_usr_consts + net.n_inputs + net.n_asserts, 0);
+}
+
+TEST_F(NetModel, EnumConstantsArePositionedFromTheEndOfTheList) {
+  net.add_usr_const(id("k"), net.int_type, net.true_name);
+  int abc[] = {id("a"), id("b"), id("c")};
+  net.declare_enum_type(id("t"), new IndexList(abc, 3));
+
+  QvType* t = named("t");
+  EXPECT_EQ(t->number, 1);
+  EXPECT_EQ(t->enum_count, 3);
+  EXPECT_EQ(net.n_types, 1);
+  EXPECT_EQ(net.n_usr_consts, 4);
+  // a comes first in the list, so it takes the highest position.
+  const char* by_position[] = {"c", "b", "a"};
+  for (int pos = 0; pos < 3; ++pos) {
+    IdentInfo* info = t->enum_const(pos);
+    EXPECT_EQ(info->name, id(by_position[pos]));
+    EXPECT_EQ(info->number, pos);
+    EXPECT_EQ(info->kind, ID_ENUM_CONST);
+    EXPECT_EQ(info->ref->op, CONST_n);
+    EXPECT_EQ(info->ref->type, t);
+  }
+  // k came first, so the constants' user-constant indices start at 1.
+  EXPECT_EQ(net.ident_info(id("a"))->value, 1);
+  EXPECT_EQ(net.ident_info(id("c"))->value, 3);
+  EXPECT_EQ(net.ident_info(id("k"))->get_usr_const_index(), 0);
+  EXPECT_EQ(IndexList::length(net.int_type->consts), 1);
+  EXPECT_EQ(t->consts, nullptr);
+}
+
+TEST_F(NetModel, AccessorsOnTheWrongRecordStop) {
+  Exp* x = input("x", net.int_type);
+  Exp* call = net.new_call(id("f"), x);
+  EXPECT_EXIT(call->projection_order(), ExitedWithCode(1),
+              "Exp::projection_order called on 'CALL_n' operator");
+  EXPECT_EXIT(net.new_proj(x, 1)->function_name(), ExitedWithCode(1),
+              "Exp::function_name called on 'PROJ_n' operator");
+  EXPECT_EXIT(net.int_type->enum_const(0), ExitedWithCode(1), "called on non enumerate type");
+  EXPECT_EXIT(net.ident_info(id("x"))->get_usr_const_index(), ExitedWithCode(1),
+              "get_usr_const_index called on no usr const");
+  EXPECT_EXIT(net.new_exp(PLUS_n, {x}), ExitedWithCode(1), "'PLUS_n' needs 2 operands");
+}
+
+TEST_F(NetModel, TupleTypesAreUnique) {
+  int one[] = {id("int")};
+  EXPECT_EQ(net.tuple_type(one, 1), net.int_type);
+
+  int pair[] = {id("int"), id("real")};
+  QvType* t = net.tuple_type(pair, 2);
+  EXPECT_EQ(t->is_tuple, 1);
+  EXPECT_EQ(net.types, t);
+  EXPECT_EQ(net.tuple_type(new IndexList(pair, 2)), t);
+  int swapped[] = {id("real"), id("int")};
+  EXPECT_NE(net.tuple_type(swapped, 2), t);
+  EXPECT_EQ(net.named_type(id("int")), net.int_type);
+}
+
+TEST_F(NetModel, LiteralsAreMadeOncePerText) {
+  Exp* first = net.int_literal(id("42"));
+  EXPECT_EQ(net.int_literal(id("42")), first);
+  IdentInfo* info = net.ident_info(id("42"));
+  EXPECT_EQ(info->kind, ID_INT_LIT);
+  EXPECT_EQ(info->value, 42);
+  EXPECT_EQ(first->type, net.int_type);
+  EXPECT_EQ(first->clock, net.true_name);
+
+  net.real_literal(id("2.5"));
+  EXPECT_EQ(net.ident_info(id("2.5"))->real_value, 2.5f);
+  EXPECT_EQ(net.ident_info(id("2.5"))->ref->type, net.real_type);
+
+  // Too large for 32 bits: a defined value rather than whatever scanf gives.
+  net.int_literal(id("99999999999"));
+  EXPECT_EQ(net.ident_info(id("99999999999"))->value, INT_MAX);
+}
+
+TEST_F(NetModel, MarksKeepDescendingKeys) {
+  Exp* e = net.new_blank();
+  EXPECT_EQ(e->get_mark(4), 0);
+  e->set_mark(3, 30);
+  e->set_mark(5, 50);
+  e->set_mark(4, 40);
+  ASSERT_EQ(e->marks.size(), 3u);
+  EXPECT_EQ(e->marks[0].first, 5);
+  EXPECT_EQ(e->marks[1].first, 4);
+  EXPECT_EQ(e->marks[2].first, 3);
+  e->set_mark(4, 41);
+  EXPECT_EQ(e->marks.size(), 3u);
+  EXPECT_EQ(e->get_mark(4), 41);
+  EXPECT_EQ(e->get_mark(3), 30);
+  EXPECT_EQ(e->get_mark(6), 0);
+  EXPECT_EQ(e->get_mark(2), 0);
+
+  int k = new_pass_key();
+  EXPECT_GT(k, 0);
+  EXPECT_EQ(new_pass_key(), k + 1);
+}
+
+TEST_F(NetModel, AssertionsAreNumberedAndTakeTheExpressionsClock) {
+  net.add_input(id("c"), net.bool_type, net.true_name);
+  net.add_input(id("x"), net.int_type, id("c"));
+  Exp* x = net.ident_info(id("x"))->ref;
+  Exp* test = op(GT_n, {x, net.int_literal(id("0"))});
+  net.add_assert(test);
+  net.add_assert(op(NOT_n, {net.false_exp}));
+
+  IdentInfo* first = net.ident_info(id("__assert_0"));
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(first->kind, ID_ASSERT);
+  EXPECT_EQ(first->def, test);
+  EXPECT_EQ(first->clock, id("c"));
+  EXPECT_EQ(test->type, net.bool_type);
+  EXPECT_EQ(test->clock, id("c"));
+  EXPECT_NE(net.ident_info(id("__assert_1")), nullptr);
+  EXPECT_EQ(net.n_asserts, 2);
+}
+
+TEST_F(NetModel, DefinitionsTakeTheDeclaredTypeAndClock) {
+  Exp* x = input("x", net.int_type);
+  net.add_output(id("y"), net.real_type, id("x"));
+  Exp* e = op(PLUS_n, {x, x});
+  net.define(id("y"), e);
+  EXPECT_EQ(net.ident_info(id("y"))->def, e);
+  EXPECT_EQ(e->type, net.real_type);
+  EXPECT_EQ(e->clock, id("x"));
+
+  net.add_local(id("p"), net.int_type, net.true_name);
+  net.add_local(id("q"), net.real_type, net.true_name);
+  int pq[] = {id("p"), id("q")};
+  Exp* call = net.new_call(id("f"), x);
+  net.define_tuple(new IndexList(pq, 2), call);
+  IdentInfo* q = net.ident_info(id("q"));
+  EXPECT_EQ(q->def->op, PROJ_n);
+  EXPECT_EQ(q->def->projection_order(), 2);
+  EXPECT_EQ(q->def->operand(0), call);
+  EXPECT_EQ(q->def->type, net.real_type);
+  EXPECT_EQ(q->tuple_names, net.ident_info(id("p"))->tuple_names);
+  EXPECT_EQ(IndexList::length(q->tuple_names), 2);
+  EXPECT_EQ(q->number, 1);
+
+  EXPECT_EXIT(net.define(id("nowhere"), x), ExitedWithCode(1), "undeclared variable 'nowhere'");
+}
+
+TEST_F(NetModel, ALaterDeclarationReplacesTheRecord) {
+  net.add_usr_proc(id("f"), net.int_type, net.int_type, nullptr, nullptr);
+  EXPECT_EQ(net.func_info(id("f"))->get_usr_proc_index(), 0);
+  EXPECT_EQ(net.ident_info(id("f")), nullptr);
+  input("f", net.int_type);
+  EXPECT_EQ(net.func_info(id("f")), nullptr);
+  EXPECT_EQ(net.ident_info(id("f"))->kind, ID_INPUT);
+  EXPECT_EQ(net.n_usr_procs, 1);
+}
+
+}  // namespace

@@ -1,0 +1,91 @@
+#include "tests/net/net_fixture.h"
+
+namespace {
+
+using NetTypes = NetTest;
+using ::testing::ExitedWithCode;
+
+TEST_F(NetTypes, OperatorsTakeTheirFirstOperandsTypeAndComparisonsGiveBool) {
+  Exp* a = input("a", net.int_type);
+  Exp* b = input("b", net.real_type);
+  EXPECT_EQ(net.type(op(PLUS_n, {a, b})), net.int_type);
+  EXPECT_EQ(net.type(op(PLUS_n, {b, a})), net.real_type);
+  EXPECT_EQ(net.type(op(EQUAL_n, {a, b})), net.bool_type);
+  EXPECT_EQ(net.type(op(NOR_n, {a, b, a})), net.bool_type);
+  EXPECT_EQ(net.type(op(PRE_n, {b})), net.real_type);
+  EXPECT_EQ(net.type(net.new_icl({b}, {2}, 1)), net.int_type);
+  EXPECT_EQ(net.type(net.new_rcl({a}, {Fract(1, 2)}, 0)), net.real_type);
+
+  Exp* c = input("c", net.bool_type);
+  Exp* one = net.real_literal(id("1.0"));
+  Exp* two = net.int_literal(id("2"));
+  EXPECT_EQ(net.type(op(IF_n, {c, one, two})), net.real_type);
+}
+
+TEST_F(NetTypes, TypesAreCachedInTheNode) {
+  Exp* a = input("a", net.int_type);
+  Exp* neg = op(UMINUS_n, {a});
+  EXPECT_EQ(neg->type, nullptr);
+  EXPECT_EQ(net.type(neg), net.int_type);
+  // A cached type is returned as it is, even if the operand changed since.
+  neg->operands[0] = input("r", net.real_type);
+  EXPECT_EQ(net.type(neg), net.int_type);
+}
+
+TEST_F(NetTypes, TuplesProjectionsAndCalls) {
+  Exp* a = input("a", net.int_type);
+  Exp* b = input("b", net.real_type);
+  Exp* pair = op(TUPLE_n, {a, b});
+  QvType* t = net.type(pair);
+  int members[] = {id("int"), id("real")};
+  EXPECT_EQ(t, net.tuple_type(members, 2));
+  EXPECT_EQ(net.type(net.new_proj(pair, 2)), net.real_type);
+  EXPECT_EQ(net.type(net.new_proj(pair, 1)), net.int_type);
+
+  net.add_usr_proc(id("f"), net.int_type, t, nullptr, nullptr);
+  EXPECT_EQ(net.type(net.new_call(id("f"), a)), t);
+
+  EXPECT_EXIT(net.type(net.new_proj(a, 1)), ExitedWithCode(1),
+              "QvType::member\\(\\) called on non tuple type");
+  EXPECT_EXIT(net.type(net.new_proj(pair, 3)), ExitedWithCode(1), "has no member 3");
+  EXPECT_EXIT(net.type(net.new_call(id("g"), a)), ExitedWithCode(1), "undeclared function 'g'");
+}
+
+TEST_F(NetTypes, CyclesAndUntypedLeavesStop) {
+  Exp* a = input("a", net.int_type);
+  Exp* self = op(NOT_n, {a});
+  self->operands[0] = self;
+  EXPECT_EXIT(net.type(self), ExitedWithCode(1), "Net::type : infinite loop");
+
+  Exp* outer = op(PLUS_n, {a, a});
+  Exp* inner = op(TIMES_n, {outer, a});
+  outer->operands[0] = inner;
+  EXPECT_EXIT(net.type(outer), ExitedWithCode(1), "Net::type : infinite loop");
+  EXPECT_EXIT(net.clock(outer), ExitedWithCode(1), "Net::clock : infinite loop");
+
+  Exp* bare = net.new_leaf(INPUT_n, id("z"), nullptr, -1);
+  EXPECT_EXIT(net.type(bare), ExitedWithCode(1), "Net::type 'INPUT_n' is not implemented");
+  EXPECT_EXIT(net.clock(bare), ExitedWithCode(1), "Net::clock 'INPUT_n' is not implemented");
+}
+
+TEST_F(NetTypes, ClocksFollowTheFirstOperandOrTheWhenCondition) {
+  Exp* c = input("c", net.bool_type);
+  Exp* d = input("d", net.bool_type);
+  net.add_input(id("x"), net.int_type, id("c"));
+  Exp* x = net.ident_info(id("x"))->ref;
+  Exp* y = input("y", net.int_type);
+
+  EXPECT_EQ(net.clock(op(WHEN_n, {y, d})), id("d"));
+  EXPECT_EQ(net.clock(op(PRE_n, {x})), id("c"));
+  EXPECT_EQ(net.clock(op(ARROW_n, {x, y})), id("c"));
+  EXPECT_EQ(net.clock(net.new_call(id("f"), x)), id("c"));
+  EXPECT_EQ(net.clock(op(ARROW_n, {y, x})), net.true_name);
+
+  EXPECT_EXIT(net.clock(op(WHEN_n, {y, op(AND_n, {c, d})})), ExitedWithCode(1),
+              "The clock operand of 'when' operator must be named");
+  Exp* current = op(CURRENT_n, {x});
+  EXPECT_EQ(net.type(current), net.int_type);
+  EXPECT_EXIT(net.clock(current), ExitedWithCode(1), "Net::clock 'CURRENT_n' is not implemented");
+}
+
+}  // namespace
