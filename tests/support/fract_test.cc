@@ -77,6 +77,7 @@ TEST(FractTest, ReadsDecimalTexts) {
   EXPECT_EQ(from_text("1.5E-1"), Fract(3, 20));
   EXPECT_EQ(from_text("2."), Fract(2));
   EXPECT_EQ(from_text("7.000"), Fract(7));
+  EXPECT_EQ(from_text("0.10000000000000"), Fract(1, 10));  // trailing zeros cost nothing
   EXPECT_EQ(from_text("25E+1"), Fract(250));
   EXPECT_EQ(from_text("0e-400"), Fract(0));
 }
