@@ -1,0 +1,193 @@
+#include "panel/dialog_item.h"
+
+#include <X11/StringDefs.h>
+#include <X11/Xaw/Dialog.h>
+#include <X11/Xaw/Form.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include "panel/text_buffer.h"
+#include "panel/widget_resources.h"
+
+namespace {
+
+// An item's key in its translations is its position here; items are never
+// destroyed, so a key stays valid for the whole run.
+std::vector<DialogItem*>& dialog_items() {
+  static std::vector<DialogItem*> items;
+  return items;
+}
+
+GC make_gc(Widget widget, Pixel foreground, Pixel background, int line_width) {
+  XGCValues values;
+  values.foreground = foreground;
+  values.background = background;
+  values.line_width = line_width;
+  values.cap_style = CapProjecting;
+  return XtGetGC(widget, GCForeground | GCBackground | GCLineWidth | GCCapStyle, &values);
+}
+
+// Reads as "%d" does: leading blanks skipped, trailing text ignored. A
+// number beyond 32 bits wraps instead of being undefined.
+bool parse_int(const char* text, int* value) {
+  char* end;
+  long long number = std::strtoll(text, &end, 10);
+  if (end == text) return false;
+  *value = static_cast<int32_t>(static_cast<uint32_t>(number));
+  return true;
+}
+
+bool parse_double(const char* text, double* value) {
+  char* end;
+  double number = std::strtod(text, &end);
+  if (end == text) return false;
+  *value = number;
+  return true;
+}
+
+}  // namespace
+
+DialogItem::DialogItem(const char* name, Widget parent, FormItem* above, const char* label,
+                       const char* initial_value, XtCallbackProc callback,
+                       XtPointer client_data)
+    : FormItem(parent, above),
+      label_(label),
+      initial_value_(initial_value),
+      callback_(callback),
+      client_data_(client_data) {
+  create_widget(name, dialogWidgetClass, label_.c_str());
+  set_resource(widget, XtNvalue, reinterpret_cast<XtArgVal>(initial_value));
+  label_child_ = XtNameToWidget(widget, "label");
+  value_child_ = XtNameToWidget(widget, "value");
+
+  Pixel ink = get_resource<Pixel>(label_child_, XtNforeground);
+  Pixel paper = get_resource<Pixel>(widget, XtNbackground);
+  frame_gc_ = make_gc(widget, ink, paper, kFrameThickness);
+  erase_gc_ = make_gc(widget, paper, ink, kFrameThickness);
+  XtAddEventHandler(widget, EnterWindowMask | LeaveWindowMask, False, on_crossing, this);
+
+  int key = static_cast<int>(dialog_items().size());
+  dialog_items().push_back(this);
+  XtOverrideTranslations(
+      value_child_,
+      XtParseTranslationTable(format_text("\t\t<Key>Return: ReturnInDialogItem(%d)\t", key)));
+  XtOverrideTranslations(widget, XtParseTranslationTable(format_text(
+                                     "\t\t<Btn1Down>: BtnDownInDialogItem(%d)\n"
+                                     "\t\t<Btn1Up>:   BtnUpInDialogItem(%d)\t",
+                                     key, key)));
+}
+
+Dimension DialogItem::fit_width(Dimension min_width) {
+  int margin = 2 * (get_resource<int>(widget, XtNdefaultDistance) +
+                    get_resource<Dimension>(widget, XtNborderWidth));
+  int natural = get_resource<Dimension>(label_child_, XtNwidth) + margin;
+  Dimension result = static_cast<Dimension>(std::min(natural, 0xffff));
+  result = std::max(result, min_width);
+  if (above) result = above->fit_width(result);
+  XtArgVal inner = std::max(1, result - margin);
+  set_resource(label_child_, XtNwidth, inner);
+  set_resource(value_child_, XtNwidth, inner);
+  return result;
+}
+
+const char* DialogItem::get() {
+  const char* bad = nullptr;
+  const char* text = XawDialogGetValueString(widget);
+  if (bound_text) *bound_text = text;
+  if (bound_int && !parse_int(text, bound_int)) {
+    bad = format_text("Bad integer value for '%s'", label_.c_str());
+  }
+  if (bound_double && !parse_double(text, bound_double)) {
+    bad = format_text("Bad double value for '%s'", label_.c_str());
+  }
+  return bad;
+}
+
+void DialogItem::reset() {
+  set_resource(widget, XtNvalue, reinterpret_cast<XtArgVal>(initial_value_));
+}
+
+void DialogItem::add_actions(XtAppContext app) {
+  static XtActionsRec actions[] = {
+      {const_cast<char*>("ReturnInDialogItem"), return_action},
+      {const_cast<char*>("BtnDownInDialogItem"), button_down_action},
+      {const_cast<char*>("BtnUpInDialogItem"), button_up_action},
+  };
+  XtAppAddActions(app, actions, XtNumber(actions));
+}
+
+DialogItem* DialogItem::from_key(String* params, Cardinal* count) {
+  int key;
+  if (*count != 1 || std::sscanf(params[0], "%d", &key) != 1) return nullptr;
+  if (key < 0 || static_cast<size_t>(key) >= dialog_items().size()) return nullptr;
+  return dialog_items()[key];
+}
+
+void DialogItem::return_action(Widget, XEvent*, String* params, Cardinal* count) {
+  if (DialogItem* item = from_key(params, count)) item->notify();
+}
+
+void DialogItem::button_down_action(Widget, XEvent*, String* params, Cardinal* count) {
+  DialogItem* item = from_key(params, count);
+  if (!item) return;
+  item->pressed_ = true;
+  reverse_colours(item->label_child_);
+}
+
+void DialogItem::button_up_action(Widget, XEvent*, String* params, Cardinal* count) {
+  DialogItem* item = from_key(params, count);
+  if (!item || !item->pressed_) return;
+  item->pressed_ = false;
+  reverse_colours(item->label_child_);
+  item->notify();
+}
+
+void DialogItem::on_crossing(Widget, XtPointer self, XEvent* event, Boolean*) {
+  auto* item = static_cast<DialogItem*>(self);
+  if (event->type == EnterNotify) {
+    item->enter();
+  } else if (event->type == LeaveNotify) {
+    item->leave(event->xcrossing);
+  }
+}
+
+void DialogItem::enter() {
+  if (entered_) return;
+  entered_ = true;
+  if (XtIsRealized(widget)) draw_frame();
+}
+
+void DialogItem::leave(const XCrossingEvent& event) {
+  if (!entered_) return;
+  int width = get_resource<Dimension>(widget, XtNwidth);
+  int height = get_resource<Dimension>(widget, XtNheight);
+  // Still inside: the pointer only moved into the label or the field.
+  if (event.x >= 0 && event.x <= width && event.y >= 0 && event.y <= height) return;
+  entered_ = false;
+  if (XtIsRealized(widget)) draw_frame();
+  if (pressed_) {
+    pressed_ = false;
+    reverse_colours(label_child_);
+  }
+}
+
+void DialogItem::draw_frame() {
+  Display* display = XtDisplay(widget);
+  Window window = XtWindow(widget);
+  unsigned width = get_resource<Dimension>(widget, XtNwidth);
+  unsigned height = get_resource<Dimension>(widget, XtNheight);
+  XFillRectangle(display, window, entered_ ? frame_gc_ : erase_gc_, 0, 0, width, height);
+  if (entered_ && width > 2 * kFrameThickness && height > 2 * kFrameThickness) {
+    XFillRectangle(display, window, erase_gc_, kFrameThickness, kFrameThickness,
+                   width - 2 * kFrameThickness, height - 2 * kFrameThickness);
+  }
+  XFlush(display);
+}
+
+void DialogItem::notify() {
+  if (callback_) callback_(widget, client_data_, nullptr);
+}

@@ -1,0 +1,102 @@
+#include "panel/input_panel.h"
+
+#include <X11/Shell.h>
+#include <X11/StringDefs.h>
+#include <X11/Xaw/Form.h>
+
+#include <string>
+
+#include "panel/button_item.h"
+#include "panel/dialog_item.h"
+#include "panel/select_item.h"
+#include "panel/switch_button_item.h"
+#include "panel/switch_label_item.h"
+#include "panel/text_buffer.h"
+#include "panel/widget_resources.h"
+
+namespace {
+
+// Both eleven characters, so the button keeps its width across modes.
+const char kAutoStepLabel[] = " Auto Step ";
+const char kComposeLabel[] = "  Compose  ";
+
+constexpr Dimension kMinWidth = 300;
+
+}  // namespace
+
+InputPanel::InputPanel(StepTrigger* window, Widget top_level, const char* node_name)
+    : window_(window) {
+  std::string shell_name = std::string(node_name) + "-inputs";
+  shell_ = XtCreatePopupShell(shell_name.c_str(), topLevelShellWidgetClass, top_level,
+                              nullptr, 0);
+  form_ = XtCreateManagedWidget("InputsForm", formWidgetClass, shell_, nullptr, 0);
+  mode_button_ = new SwitchLabelItem("Chmod", form_, nullptr, kAutoStepLabel, kComposeLabel,
+                                     on_mode_pressed, this);
+  hide_border(mode_button_->widget);
+  tail_ = mode_button_;
+}
+
+void InputPanel::add_bool(const char* name, EvalValue* value) {
+  auto* item = new SwitchButtonItem("BoolItem", form_, tail_, name, on_input_changed, this);
+  item->bound_int = &value->i;
+  tail_ = item;
+}
+
+void InputPanel::add_int(const char* name, EvalValue* value) {
+  auto* item = new DialogItem("IntItem", form_, tail_, format_text("%s (int)", name), "0",
+                              on_input_changed, this);
+  item->bound_int = &value->i;
+  tail_ = item;
+}
+
+void InputPanel::add_real(const char* name, EvalValue* value) {
+  auto* item = new DialogItem("FloatItem", form_, tail_, format_text("%s (double)", name),
+                              "0.0", on_input_changed, this);
+  item->bound_double = &value->d;
+  tail_ = item;
+}
+
+void InputPanel::add_enum(const char* name, int count, const char* const* choices,
+                          EvalValue* value) {
+  auto* item =
+      new SelectItem("EnumItem", form_, tail_, name, count, choices, on_input_changed, this);
+  item->bound_text = &value->s;
+  tail_ = item;
+}
+
+void InputPanel::finish() {
+  auto* step_button = new ButtonItem("Step", form_, tail_, "STEP", on_step_pressed, this);
+  hide_border(step_button->widget);
+  tail_ = step_button;
+  tail_->fit_width(kMinWidth);
+}
+
+const char* InputPanel::check() { return get_all(tail_); }
+
+void InputPanel::reset() {
+  // Leaving Compose mode first un-presses every bool button.
+  bool was_composing = compose_ != 0;
+  if (was_composing) toggle_mode();
+  reset_all(tail_);
+  if (was_composing) toggle_mode();
+}
+
+void InputPanel::on_input_changed(Widget, XtPointer panel, XtPointer) {
+  auto* self = static_cast<InputPanel*>(panel);
+  if (self->compose_ == 0) self->window_->step();
+}
+
+void InputPanel::on_mode_pressed(Widget, XtPointer panel, XtPointer) {
+  static_cast<InputPanel*>(panel)->toggle_mode();
+}
+
+void InputPanel::on_step_pressed(Widget, XtPointer panel, XtPointer) {
+  static_cast<InputPanel*>(panel)->window_->step();
+}
+
+void InputPanel::toggle_mode() {
+  compose_ = 1 - compose_;
+  set_resource(mode_button_->widget, XtNlabel,
+               reinterpret_cast<XtArgVal>(compose_ ? kComposeLabel : kAutoStepLabel));
+  switch_all(tail_);
+}

@@ -1,0 +1,74 @@
+#include "tests/panel/toolkit_fixture.h"
+
+#include <X11/Shell.h>
+#include <X11/StringDefs.h>
+#include <X11/Xaw/Form.h>
+#include <X11/extensions/XTest.h>
+
+#include "panel/dialog_item.h"
+
+std::vector<void*>* ToolkitTest::kept_items = new std::vector<void*>;
+XtAppContext ToolkitTest::app = nullptr;
+Widget ToolkitTest::top_level = nullptr;
+
+void ToolkitTest::SetUp() {
+  if (!top_level) {
+    Display* display = XOpenDisplay(nullptr);
+    if (!display) GTEST_SKIP() << "no X display";
+    XtToolkitInitialize();
+    app = XtCreateApplicationContext();
+    int argc = 0;
+    XtDisplayInitialize(app, display, "panel_tests", "Korvel", nullptr, 0, &argc, nullptr);
+    top_level = XtAppCreateShell("panel_tests", "Korvel", applicationShellWidgetClass, display,
+                                 nullptr, 0);
+    DialogItem::add_actions(app);
+  }
+  shell = XtCreatePopupShell("test", topLevelShellWidgetClass, top_level, nullptr, 0);
+  form = XtCreateManagedWidget("form", formWidgetClass, shell, nullptr, 0);
+}
+
+void ToolkitTest::show() {
+  XtPopup(shell, XtGrabNone);
+  settle();
+}
+
+void ToolkitTest::settle() {
+  // Handling an event may send requests that bring further events.
+  bool handled;
+  do {
+    XSync(XtDisplay(top_level), False);
+    handled = false;
+    while (XtAppPending(app)) {
+      XtAppProcessEvent(app, XtIMAll);
+      handled = true;
+    }
+  } while (handled);
+}
+
+void ToolkitTest::move_to(Widget widget, int x, int y) {
+  Display* display = XtDisplay(widget);
+  int root_x, root_y;
+  Window child;
+  XTranslateCoordinates(display, XtWindow(widget), DefaultRootWindow(display), x, y, &root_x,
+                        &root_y, &child);
+  XTestFakeMotionEvent(display, -1, root_x, root_y, CurrentTime);
+  settle();
+}
+
+void ToolkitTest::press() {
+  XTestFakeButtonEvent(XtDisplay(top_level), 1, True, CurrentTime);
+  settle();
+}
+
+void ToolkitTest::release() {
+  XTestFakeButtonEvent(XtDisplay(top_level), 1, False, CurrentTime);
+  settle();
+}
+
+void ToolkitTest::key(const char* keysym) {
+  Display* display = XtDisplay(top_level);
+  KeyCode code = XKeysymToKeycode(display, XStringToKeysym(keysym));
+  XTestFakeKeyEvent(display, code, True, CurrentTime);
+  XTestFakeKeyEvent(display, code, False, CurrentTime);
+  settle();
+}
