@@ -23,11 +23,11 @@ class ConstEI final : public EvalItem {
 template <class V>
 class InputEI final : public EvalItem {
  public:
-  explicit InputEI(int identifier) : EvalItem(0, V::kind), identifier(identifier) {}
+  InputEI() : EvalItem(0, V::kind) {}
   void compute(unsigned) override { status = 0; }
 
   /// String number of the input's name.
-  int identifier;
+  int identifier = 0;
 };
 
 /// Operators that are undefined as soon as one operand is; the statuses of

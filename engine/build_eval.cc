@@ -1,0 +1,294 @@
+// From the final network to the evaluation graph: one item per node,
+// shared by every parent, made before its operands so that a path from an
+// operand back to the node (through a memory) finds it.
+#include <cstdint>
+#include <cstdio>
+#include <vector>
+
+#include "engine/build_support.h"
+#include "engine/sim_program.h"
+#include "support/diagnostics.h"
+
+namespace {
+
+/// Which node's type chooses the class of an operator's item: the node's
+/// own, or that of its first or second operand (the then branch of an if).
+enum Decider { BY_SELF, BY_FIRST, BY_SECOND };
+
+struct OperatorRule {
+  OpKind kind;
+  Decider by;
+  ClassByType classes;
+  /// The `_extern` class made for other types carries the type's name.
+  bool extern_other;
+};
+
+template <class C>
+EvalItem* make_counted(int n) {
+  return new C(n);
+}
+
+template <class V>
+EvalItem* make_input(int identifier) {
+  auto* item = new InputEI<V>();
+  item->identifier = identifier;
+  return item;
+}
+
+const ClassByType kInputClasses = {
+    {make_input<BoolVal>, make_input<IntVal>, make_input<RealVal>, make_input<NameVal>}};
+
+constexpr ClassByType always(ItemFactory f) { return {{f, f, f, f}}; }
+/// int selects the first class, every other type the second.
+constexpr ClassByType int_or_real(ItemFactory i, ItemFactory r) { return {{r, i, r, r}}; }
+constexpr ClassByType each(ItemFactory b, ItemFactory i, ItemFactory r, ItemFactory o) {
+  return {{b, i, r, o}};
+}
+
+const OperatorRule kOperatorRules[] = {
+    {NOT_n, BY_SELF, always(make_item<NOT_bool_EI>), false},
+    {UMINUS_n, BY_SELF, int_or_real(make_item<UMINUS_int_EI>, make_item<UMINUS_double_EI>), false},
+    {INIT_n, BY_SELF, always(make_item<INIT_bool_EI>), false},
+    {AND_n, BY_SELF, always(make_item<AND_bool_EI>), false},
+    {OR_n, BY_SELF, always(make_item<OR_bool_EI>), false},
+    {XOR_n, BY_SELF, always(make_item<NE_bool_EI>), false},
+    {IMPL_n, BY_SELF, always(make_item<IMPL_bool_EI>), false},
+    {EQUAL_n, BY_SECOND,
+     each(make_item<EQ_bool_EI>, make_item<EQ_int_EI>, make_item<EQ_double_EI>,
+          make_item<EQ_extern_EI>),
+     true},
+    {NEQ_n, BY_SECOND,
+     each(make_item<NE_bool_EI>, make_item<NE_int_EI>, make_item<NE_double_EI>,
+          make_item<NE_extern_EI>),
+     true},
+    {GTE_n, BY_FIRST, int_or_real(make_item<GE_int_EI>, make_item<GE_double_EI>), false},
+    {GT_n, BY_FIRST, int_or_real(make_item<GT_int_EI>, make_item<GT_double_EI>), false},
+    {LTE_n, BY_FIRST, int_or_real(make_item<LE_int_EI>, make_item<LE_double_EI>), false},
+    {LT_n, BY_FIRST, int_or_real(make_item<LT_int_EI>, make_item<LT_double_EI>), false},
+    {DIV_n, BY_SELF, always(make_item<DIV_int_EI>), false},
+    {MOD_n, BY_SELF, always(make_item<MOD_int_EI>), false},
+    {MINUS_n, BY_SELF, int_or_real(make_item<MINUS_int_EI>, make_item<MINUS_double_EI>), false},
+    {PLUS_n, BY_SELF, int_or_real(make_item<PLUS_int_EI>, make_item<PLUS_double_EI>), false},
+    {TIMES_n, BY_SELF, int_or_real(make_item<TIMES_int_EI>, make_item<TIMES_double_EI>), false},
+    {SLASH_n, BY_SELF, int_or_real(make_item<DIV_int_EI>, make_item<DIV_double_EI>), false},
+    {IF_n, BY_SECOND, by_value_kind<CondEI>(), true},
+    {NOR_n, BY_SELF, always(make_counted<NOR_bool_EI>), false},
+    {DIESE_n, BY_SELF, always(make_counted<DIESE_bool_EI>), false},
+};
+
+const OperatorRule* operator_rule(OpKind kind) {
+  for (const OperatorRule& rule : kOperatorRules) {
+    if (rule.kind == kind) return &rule;
+  }
+  return nullptr;
+}
+
+Exp* decider(Exp* e, Decider by) {
+  switch (by) {
+    case BY_FIRST:
+      return e->operand(0);
+    case BY_SECOND:
+      return e->operand(1);
+    case BY_SELF:
+      break;
+  }
+  return e;
+}
+
+/// A node whose item exists, and the operand nodes still to be built into it.
+struct Frame {
+  EvalItem* item;
+  /// A memory's value and clock, which are not its node's operands.
+  Exp* split[2];
+  /// Otherwise the nodes to build, in order.
+  Exp* const* list;
+  int count;
+  int next;
+  bool is_last;
+
+  Exp* child(int i) const { return list ? list[i] : split[i]; }
+};
+
+/// The value and the clock of a clocked node: normalisation holds a value
+/// on a slower clock as `if clock then value else bottom`.
+void clock_split(const Net& net, Exp* x, Exp** value, Exp** clock) {
+  if (x->op == IF_n && x->operand(2) == net.bottom_exp) {
+    *value = x->operand(1);
+    *clock = x->operand(0);
+  } else {
+    *value = x;
+    *clock = net.true_exp;
+  }
+}
+
+EvalItem* make_constant(Net& net, Exp* e) {
+  if (e == net.true_exp) return new CONST_bool_EI(1);
+  if (e == net.false_exp) return new CONST_bool_EI(0);
+  const IdentInfo* info = net.ident_info(e->ident);
+  switch (info ? info->kind : ID_PREDEF_CONST) {
+    case ID_USR_CONST:
+    case ID_ENUM_CONST: {
+      QvType* type = net.type(e);
+      if (type_class(net, type) != TC_OTHER) {
+        // Its value would come from outside, and nothing supplies it.
+        fprintf(stderr, "Constant '%s' of type %s has no value to simulate with\n",
+                net.strings->text(e->ident), net.strings->text(type->name));
+        return nullptr;
+      }
+      EvalItem* item = new CONST_extern_EI(net.strings->text(e->ident));
+      item->extern_type = type->name;
+      return item;
+    }
+    case ID_INT_LIT:
+      return new CONST_int_EI(info->value);
+    case ID_REAL_LIT:
+      return new CONST_double_EI(info->real_value);
+    default:
+      fputs("unexpected constant\n", stderr);
+      return nullptr;
+  }
+}
+
+/// Makes the item of `e` and records it on the node, and tells which nodes
+/// its operands are made from; null, after a message, when there is none.
+EvalItem* start_item(SimProgram& p, Exp* e, Frame* frame) {
+  Net& net = *p.net;
+  *frame = Frame{nullptr, {nullptr, nullptr}, e->operands.data(), e->arity(), 0, false};
+  EvalItem* item = nullptr;
+  QvType* own_type = nullptr;
+  switch (e->op) {
+    case CONST_n:
+      item = make_constant(net, e);
+      frame->count = 0;
+      break;
+    case INPUT_n: {
+      own_type = net.type(e);
+      item = kInputClasses.of[type_class(net, own_type)](e->ident);
+      break;
+    }
+    case LAST_n:
+      own_type = net.type(e);
+      item = by_value_kind<BlastEI>().of[type_class(net, own_type)](2);
+      clock_split(net, e->operand(0), &frame->split[0], &frame->split[1]);
+      frame->list = nullptr;
+      frame->count = 2;
+      frame->is_last = true;
+      break;
+    case CALL_n: {
+      CallArgs args{e->operands.data(), e->arity()};
+      item = make_call_item(net, e, &args);
+      frame->list = args.items;
+      frame->count = args.count;
+      break;
+    }
+    default: {
+      const OperatorRule* rule = operator_rule(e->op);
+      if (!rule) {
+        fprintf(stderr, "unexpected operator: %s\n", op_name(e->op));
+        return nullptr;
+      }
+      QvType* type = net.type(decider(e, rule->by));
+      const TypeClass tc = type_class(net, type);
+      item = rule->classes.of[tc](e->arity());
+      if (rule->extern_other && tc == TC_OTHER) item->extern_type = type->name;
+      if (e->op == INIT_n) p.memories.push_back(item);
+    }
+  }
+  if (!item) return nullptr;
+  if (own_type && type_class(net, own_type) == TC_OTHER) item->extern_type = own_type->name;
+  if (frame->count != item->n_operands) {
+    internal_error("file 'build_eval':\nbuild_item : '%s' node with %d operands\n", op_name(e->op),
+                   frame->count);
+  }
+  p.own(item);
+  frame->item = item;
+  e->visit_key = p.build_key;
+  e->set_mark(p.build_key, reinterpret_cast<std::intptr_t>(item));
+  return item;
+}
+
+EvalItem* built(const SimProgram& p, const Exp* e) {
+  return e->visit_key == p.build_key ? reinterpret_cast<EvalItem*>(e->get_mark(p.build_key))
+                                     : nullptr;
+}
+
+/// Builds the value item and then the clock item of an output or
+/// assertion node; false when either cannot be built.
+bool build_clocked(SimProgram& p, Exp* e, EvalItem* operands[2]) {
+  Exp* value;
+  Exp* clock;
+  clock_split(*p.net, e, &value, &clock);
+  operands[0] = build_item(p, value);
+  if (!operands[0]) return false;
+  operands[1] = build_item(p, clock);
+  return operands[1] != nullptr;
+}
+
+EvalItem* make_output(SimProgram& p, QvType* type, EvalItem* const operands[2]) {
+  const TypeClass tc = type_class(*p.net, type);
+  EvalItem* item = p.own(by_value_kind<OutputEI>().of[tc](2));
+  if (tc == TC_OTHER) item->extern_type = type->name;
+  item->operands[0] = operands[0];
+  item->operands[1] = operands[1];
+  return item;
+}
+
+}  // namespace
+
+// Depth first, in operand order, as a recursion over the operands would
+// go, but on an explicit stack: chains of a million equations are built
+// without exhausting the C stack.
+EvalItem* build_item(SimProgram& p, Exp* e) {
+  if (EvalItem* item = built(p, e)) return item;
+  std::vector<Frame> stack(1);
+  EvalItem* root = start_item(p, e, &stack[0]);
+  if (!root) return nullptr;
+  while (!stack.empty()) {
+    Frame& top = stack.back();
+    if (top.next == top.count) {
+      // A memory joins the list once its operands are built.
+      if (top.is_last) p.memories.push_back(top.item);
+      stack.pop_back();
+      continue;
+    }
+    Exp* child = top.child(top.next);
+    if (EvalItem* item = built(p, child)) {
+      top.item->operands[top.next++] = item;
+      continue;
+    }
+    Frame fresh;
+    EvalItem* item = start_item(p, child, &fresh);
+    if (!item) return nullptr;
+    top.item->operands[top.next++] = item;
+    stack.push_back(fresh);
+  }
+  return root;
+}
+
+int build_eval(SimProgram& p) {
+  Net& net = *p.net;
+  p.build_key = new_pass_key();
+  p.input_items.assign(p.n_inputs, nullptr);
+  for (int i = 0; i < p.n_inputs; ++i) {
+    p.input_items[i] = build_item(p, p.input_nodes[i]);
+    if (!p.input_items[i]) return 1;
+  }
+  p.memories.clear();
+  p.output_items.assign(p.n_outputs, nullptr);
+  for (int i = 0; i < p.n_outputs; ++i) {
+    EvalItem* operands[2];
+    if (!build_clocked(p, p.output_nodes[i], operands)) return 1;
+    p.output_items[i] = make_output(p, net.type(p.output_nodes[i]), operands);
+  }
+  p.assert_items.assign(p.n_asserts, nullptr);
+  for (int i = 0; i < p.n_asserts; ++i) {
+    EvalItem* operands[2];
+    if (!build_clocked(p, p.assert_nodes[i], operands)) return 1;
+    if (net.type(p.assert_nodes[i]) != net.bool_type) {
+      fputs("Assertions must be boolean expressions", stderr);
+      return 1;
+    }
+    p.assert_items[i] = make_output(p, net.bool_type, operands);
+  }
+  return 0;
+}

@@ -1,0 +1,47 @@
+// Shared by the pieces of the graph builder: choosing an item class by the
+// type of a node.
+#pragma once
+
+#include "engine/eval_items.h"
+#include "net/net.h"
+
+enum TypeClass { TC_BOOL, TC_INT, TC_REAL, TC_OTHER };
+
+inline TypeClass type_class(const Net& net, const QvType* t) {
+  if (t == net.bool_type) return TC_BOOL;
+  if (t == net.int_type) return TC_INT;
+  if (t == net.real_type) return TC_REAL;
+  return TC_OTHER;
+}
+
+/// Makes an item; `arg` is the operand count of the n-ary classes and the
+/// identifier of the inputs, and the other classes ignore it.
+using ItemFactory = EvalItem* (*)(int arg);
+
+template <class C>
+EvalItem* make_item(int) {
+  return new C();
+}
+
+/// One class per type class, in TypeClass order.
+struct ClassByType {
+  ItemFactory of[4];
+};
+
+/// The classes the four value kinds get where the kind is the node's own:
+/// inputs, outputs, memories and choices.
+template <template <class> class Family>
+constexpr ClassByType by_value_kind() {
+  return {{make_item<Family<BoolVal>>, make_item<Family<IntVal>>, make_item<Family<RealVal>>,
+           make_item<Family<NameVal>>}};
+}
+
+/// Arguments of a call: the members of a tuple argument, else the argument.
+struct CallArgs {
+  Exp* const* items;
+  int count;
+};
+
+/// The item of a call of a supported library function, with `args` set;
+/// a call of anything else is refused and ends the process.
+EvalItem* make_call_item(Net& net, Exp* e, CallArgs* args);
