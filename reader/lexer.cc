@@ -47,6 +47,9 @@ long chars_read = 0;
 
 bool is_word_char(int c) { return std::isalnum(c) || c == '_'; }
 
+// strchr alone would also find the terminating NUL of the set.
+bool is_one_of(int c, const char* set) { return c != '\0' && std::strchr(set, c); }
+
 }  // namespace
 
 QvLexer::QvLexer(FILE* in) : in_(in) { advance(); }
@@ -135,11 +138,11 @@ int QvLexer::next_token(char* value) {
     if (std::isdigit(look_)) return number(value);
     if (std::isalpha(look_) || look_ == '_') return word(value);
     int c = look_;
-    if (std::strchr(".;):,/%+#", c)) {
+    if (is_one_of(c, ".;):,/%+#")) {
       advance();
       return c;
     }
-    if (std::strchr("=(-<>*", c)) {
+    if (is_one_of(c, "=(-<>*")) {
       advance();
       if (int token = pair_or_comment(c)) return token;
       continue;
