@@ -1,0 +1,55 @@
+#include "panel/sim_window.h"
+
+#include <X11/Shell.h>
+#include <X11/Xaw/Form.h>
+
+#include <cstdlib>
+
+#include "engine/sim_program.h"
+#include "panel/button_item.h"
+#include "panel/dialog_item.h"
+#include "panel/panel_builder.h"
+
+namespace {
+
+constexpr char kApplicationClass[] = "Korvel";
+
+}  // namespace
+
+SimWindow::SimWindow(int argc, char** argv, SimProgram& program) {
+  // The toolkit takes out the options it knows; a display that cannot be
+  // opened is reported by the toolkit, which ends the process.
+  top_level_ =
+      XtAppInitialize(&app_, kApplicationClass, nullptr, 0, &argc, argv, nullptr, nullptr, 0);
+  DialogItem::add_actions(app_);
+  main_form_ = XtCreateManagedWidget("MainForm", formWidgetClass, top_level_, nullptr, 0);
+  reset_button_ = new ButtonItem("Reset", main_form_, nullptr, "reset", on_reset, this);
+  quit_button_ = new ButtonItem("Quit", main_form_, reset_button_, "QUIT", on_quit, this);
+  XtRealizeWidget(top_level_);
+
+  const char* node_name = program.net->strings->text(program.net->node_name);
+  input_panel_ = std::make_unique<InputPanel>(this, top_level_, node_name);
+  output_panel_ = std::make_unique<OutputPanel>(top_level_, node_name);
+  build_panels(program, *input_panel_, *output_panel_);
+  input_panel_->finish();
+  XtPopup(input_panel_->shell(), XtGrabNone);
+  output_panel_->finish();
+  XtPopup(output_panel_->shell(), XtGrabNone);
+
+  cycle_ = std::make_unique<StepCycle>(program, *input_panel_, *output_panel_);
+  cycle_->trace_header();
+  XtAppMainLoop(app_);
+}
+
+void SimWindow::step() { cycle_->step(); }
+
+void SimWindow::reset_run() { cycle_->reset_run(); }
+
+void SimWindow::on_reset(Widget, XtPointer window, XtPointer) {
+  static_cast<SimWindow*>(window)->reset_run();
+}
+
+void SimWindow::on_quit(Widget, XtPointer window, XtPointer) {
+  XtDestroyWidget(static_cast<SimWindow*>(window)->top_level_);
+  std::exit(0);
+}
