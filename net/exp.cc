@@ -19,7 +19,8 @@ std::intptr_t Exp::get_mark(int key) const {
 }
 
 void Exp::set_mark(int key, std::intptr_t value) {
-  auto at = std::find_if(marks.begin(), marks.end(), [key](const auto& m) { return m.first <= key; });
+  auto at =
+      std::find_if(marks.begin(), marks.end(), [key](const auto& m) { return m.first <= key; });
   if (at != marks.end() && at->first == key) {
     at->second = value;
   } else {

@@ -24,7 +24,8 @@ IdentInfo* QvType::enum_const(int position) const {
 }
 
 int IdentInfo::get_usr_const_index() const {
-  if (kind != ID_USR_CONST) internal_error("IdentInfo::get_usr_const_index called on no usr const\n");
+  if (kind != ID_USR_CONST)
+    internal_error("IdentInfo::get_usr_const_index called on no usr const\n");
   return value;
 }
 
@@ -34,12 +35,14 @@ FuncInfo::~FuncInfo() {
 }
 
 int FuncInfo::get_usr_proc_index() const {
-  if (kind != 1) internal_error("FuncInfo::get_usr_proc_index called on no usr-proc \"%s\"\n", name);
+  if (kind != 1)
+    internal_error("FuncInfo::get_usr_proc_index called on no usr-proc \"%s\"\n", name);
   return index;
 }
 
 int FuncInfo::get_usr_func_index() const {
-  if (kind != 0) internal_error("FuncInfo::get_usr_func_index called on no usr-func \"%s\"\n", name);
+  if (kind != 0)
+    internal_error("FuncInfo::get_usr_func_index called on no usr-func \"%s\"\n", name);
   return index;
 }
 
@@ -55,8 +58,8 @@ Net::Net(SymbolTable* strings) : strings(strings) {
 }
 
 Net::~Net() {
-  for (IndexList* list : {inputs, outputs, locals, asserts, usr_consts, usr_funcs, usr_procs,
-                          type_names})
+  for (IndexList* list :
+       {inputs, outputs, locals, asserts, usr_consts, usr_funcs, usr_procs, type_names})
     delete list;
 }
 
@@ -301,9 +304,13 @@ Exp* Net::new_exp(OpKind op, std::vector<Exp*> operands, int param) {
   return new_node(std::move(e));
 }
 
-Exp* Net::new_call(int function, Exp* argument) { return new_exp(CALL_n, {argument}, function); }
+Exp* Net::new_call(int function, Exp* argument) {
+  return new_exp(CALL_n, {argument}, function);
+}
 
-Exp* Net::new_proj(Exp* tuple, int position) { return new_exp(PROJ_n, {tuple}, position); }
+Exp* Net::new_proj(Exp* tuple, int position) {
+  return new_exp(PROJ_n, {tuple}, position);
+}
 
 Exp* Net::new_icl(std::vector<Exp*> operands, std::vector<int> coefs, int constant) {
   if (coefs.size() != operands.size())
@@ -325,4 +332,6 @@ Exp* Net::new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract co
   return e;
 }
 
-Exp* Net::new_blank() { return new_node(Exp{}); }
+Exp* Net::new_blank() {
+  return new_node(Exp{});
+}

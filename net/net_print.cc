@@ -1,6 +1,6 @@
 // Expressions and function declarations written back as qv text.
 #include <cinttypes>
-#include <cstdio>
+#include <vector>
 
 #include "net/net.h"
 #include "support/diagnostics.h"

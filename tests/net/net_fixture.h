@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "net/net.h"
 #include "support/pty_stream.h"
@@ -20,7 +21,9 @@ class NetTest : public ::testing::Test {
     net.add_input(id(name), type, net.true_name);
     return net.ident_info(id(name))->ref;
   }
-  Exp* op(OpKind kind, std::vector<Exp*> operands) { return net.new_exp(kind, std::move(operands)); }
+  Exp* op(OpKind kind, std::vector<Exp*> operands) {
+    return net.new_exp(kind, std::move(operands));
+  }
 
   /// Everything `write` prints on a stream of width 80.
   template <typename Write>

@@ -12,7 +12,6 @@ TEST_F(NetTypes, OperatorsTakeTheirFirstOperandsTypeAndComparisonsGiveBool) {
   EXPECT_EQ(net.type(op(PLUS_n, {b, a})), net.real_type);
   EXPECT_EQ(net.type(op(EQUAL_n, {a, b})), net.bool_type);
   EXPECT_EQ(net.type(op(NOR_n, {a, b, a})), net.bool_type);
-  EXPECT_EQ(net.type(op(PRE_n, {b})), net.real_type);
   EXPECT_EQ(net.type(net.new_icl({b}, {2}, 1)), net.int_type);
   EXPECT_EQ(net.type(net.new_rcl({a}, {Fract(1, 2)}, 0)), net.real_type);
 
@@ -40,7 +39,6 @@ TEST_F(NetTypes, TuplesProjectionsAndCalls) {
   int members[] = {id("int"), id("real")};
   EXPECT_EQ(t, net.tuple_type(members, 2));
   EXPECT_EQ(net.type(net.new_proj(pair, 2)), net.real_type);
-  EXPECT_EQ(net.type(net.new_proj(pair, 1)), net.int_type);
 
   net.add_usr_proc(id("f"), net.int_type, t, nullptr, nullptr);
   EXPECT_EQ(net.type(net.new_call(id("f"), a)), t);
