@@ -3,19 +3,28 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "engine/sim_program.h"
+#include "panel/sim_window.h"
+#include "support/string_table.h"
+
 namespace {
 
-// Kept open for the life of the process: it only proves the file is readable.
+// Set once and never destroyed: the event loop owns the process until exit.
 FILE* input_stream = nullptr;
+SymbolTable* symbol_table = nullptr;
+SimProgram* program = nullptr;
+SimWindow* window = nullptr;
 
 }  // namespace
 
-void run(int /*argc*/, char** /*argv*/, const char* path) {
+void run(int argc, char** argv, const char* path) {
+  // The stream only proves the file is readable; the parser opens it again.
   input_stream = std::fopen(path, "r");
   if (!input_stream) {
     std::fprintf(stderr, "Can't open file '%s'\n", path);
     std::exit(1);
   }
-  std::fprintf(stderr, "%s: this korvel cannot load programs yet\n", path);
-  std::exit(1);
+  symbol_table = new SymbolTable();
+  program = new SimProgram(path, symbol_table);
+  window = new SimWindow(argc, argv, *program);
 }
