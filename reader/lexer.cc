@@ -45,14 +45,20 @@ const Pair kPairs[] = {
 // Counted over every file the process reads, for the NUL report.
 long chars_read = 0;
 
-bool is_word_char(int c) { return std::isalnum(c) || c == '_'; }
+bool is_word_char(int c) {
+  return std::isalnum(c) || c == '_';
+}
 
 // strchr alone would also find the terminating NUL of the set.
-bool is_one_of(int c, const char* set) { return c != '\0' && std::strchr(set, c); }
+bool is_one_of(int c, const char* set) {
+  return c != '\0' && std::strchr(set, c);
+}
 
 }  // namespace
 
-QvLexer::QvLexer(FILE* in) : in_(in) { advance(); }
+QvLexer::QvLexer(FILE* in) : in_(in) {
+  advance();
+}
 
 void QvLexer::advance() {
   look_ = std::fgetc(in_);
