@@ -212,7 +212,15 @@ TEST(GuiTest, RecordedTraceReplaysInTheBatchSimulator) {
   s.reset();
   s.enter(1, "-2", true);
   ASSERT_EQ(s.quit(), 0);
-  ASSERT_NE(s.trace().find("#reset\n#step 1\n"), std::string::npos) << s.trace();
+  ASSERT_EQ(s.trace(), std::string(kMixHeader) +
+                           "#step 1\nf  4  0.000000  #4  0.000000  f  \n"
+                           "#step 2\nt  4  0.000000  #8  0.000000  t  \n"
+                           "#step 3\nf  4  0.500000  #12  1.000000  f  \n"
+                           "#error msg from inputs manager\n"
+                           "#Bad integer value for 'n (int)'\n"
+                           "#aborted\n"
+                           "#reset\n"
+                           "#step 1\nf  -2  0.000000  #-2  0.000000  f  \n");
 
   char path[] = "/tmp/korvel-gui-trace-XXXXXX";
   int fd = mkstemp(path);
