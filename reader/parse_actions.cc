@@ -57,6 +57,10 @@ Exp* convert(Net* net, Conversion conversion, Exp* e) {
   return net->new_call(function, e);
 }
 
+void reset_conversions() {
+  for (ConversionRow& row : conversions) row.pending = true;
+}
+
 Exp* qvnet::GetIdentInfo(Net* net, int name) {
   // Assertion records have no reference leaf: their generated names are
   // not usable in expressions.

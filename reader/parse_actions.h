@@ -26,6 +26,9 @@ enum Conversion { TO_REAL, TO_INT };
 /// A call of int2real or real2int on `e`, declaring the function on its
 /// first use in the process.
 Exp* convert(Net* net, Conversion conversion, Exp* e);
+/// Makes the next uses declare both functions again, for a process that
+/// reads one program after another into fresh nets (the fuzz targets).
+void reset_conversions();
 
 namespace qvnet {
 /// The reference leaf of a declared identifier; an undeclared one ends the

@@ -1,0 +1,30 @@
+// Fuzz target over korvel-run's batch mode: a program, then its step input
+// lines, run through the step cycle with its trace (or checked against the
+// lines as a recorded trace). A refused program or line ends in exit(1) or
+// a message, both normal outcomes here.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "fuzz/fuzz_input.h"
+#include "fuzz/process_guard.h"
+#include "reader/parse_actions.h"
+#include "tools/batch_run.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const fuzz::FuzzInput input = fuzz::split_input({reinterpret_cast<const char*>(data), size});
+  const std::string program = fuzz::scratch_file("program.qv", input.program);
+  const std::string lines = fuzz::scratch_file("inputs", input.lines);
+  BatchOptions options;
+  options.program = program.c_str();
+  options.inputs = lines.c_str();
+  options.check = input.check;
+  options.skip_minimise = input.skip_minimise;
+  options.bool_opt = input.bool_opt;
+  auto run = [&] {
+    reset_conversions();
+    run_batch(options);
+  };
+  fuzz::run_guarded(run);
+  return 0;
+}
