@@ -20,19 +20,15 @@ struct LibraryCall {
   ItemFactory make;
 };
 
-template <class C>
-EvalItem* make_plain(int) {
-  return new C();
-}
-
 // Lambdas rather than the library's own names: those are overloaded, and
 // taking their address is not something the library promises.
+// clang-format off
 #define KORVEL_UNARY(name) \
   { #name, 1, TC_REAL, TC_REAL, {[](double x) { return std::name(x); }}, {}, nullptr }
 
 const LibraryCall kLibrary[] = {
-    {"real2int", 1, TC_REAL, TC_INT, {}, {}, make_plain<REAL2INT_int_EI>},
-    {"int2real", 1, TC_INT, TC_REAL, {}, {}, make_plain<INT2REAL_double_EI>},
+    {"real2int", 1, TC_REAL, TC_INT, {}, {}, make_item<REAL2INT_int_EI>},
+    {"int2real", 1, TC_INT, TC_REAL, {}, {}, make_item<INT2REAL_double_EI>},
     KORVEL_UNARY(cos),
     KORVEL_UNARY(sin),
     KORVEL_UNARY(tan),
@@ -53,6 +49,7 @@ const LibraryCall kLibrary[] = {
 };
 
 #undef KORVEL_UNARY
+// clang-format on
 
 bool matches(Net& net, const LibraryCall& row, Exp* e, const CallArgs& args) {
   if (net.strings->intern("%s", row.name) != e->param) return false;

@@ -38,9 +38,13 @@ EvalItem* make_input(int identifier) {
 const ClassByType kInputClasses = {
     {make_input<BoolVal>, make_input<IntVal>, make_input<RealVal>, make_input<NameVal>}};
 
-constexpr ClassByType always(ItemFactory f) { return {{f, f, f, f}}; }
+constexpr ClassByType always(ItemFactory f) {
+  return {{f, f, f, f}};
+}
 /// int selects the first class, every other type the second.
-constexpr ClassByType int_or_real(ItemFactory i, ItemFactory r) { return {{r, i, r, r}}; }
+constexpr ClassByType int_or_real(ItemFactory i, ItemFactory r) {
+  return {{r, i, r, r}};
+}
 constexpr ClassByType each(ItemFactory b, ItemFactory i, ItemFactory r, ItemFactory o) {
   return {{b, i, r, o}};
 }

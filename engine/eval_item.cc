@@ -33,13 +33,21 @@ std::vector<EvalItem*>& reset_stack() {
 EvalItem::EvalItem(int n, int kind)
     : n_operands(n), operands(new EvalItem*[n]()), value_kind(kind) {}
 
-void EvalItem::compute(unsigned) { error("EvalItem::compute is only virtual\n"); }
+void EvalItem::compute(unsigned) {
+  error("EvalItem::compute is only virtual\n");
+}
 
-void EvalItem::compute_next(unsigned) { error("EvalItem::compute_next only virtual\n"); }
+void EvalItem::compute_next(unsigned) {
+  error("EvalItem::compute_next only virtual\n");
+}
 
-void EvalItem::rewrite() { error("EvalItem::rewrite only virtual\n"); }
+void EvalItem::rewrite() {
+  error("EvalItem::rewrite only virtual\n");
+}
 
-int EvalItem::is_bottom() { error("EvalItem::is_bottom only virtual\n"); }
+int EvalItem::is_bottom() {
+  error("EvalItem::is_bottom only virtual\n");
+}
 
 int EvalItem::extern_type_name() {
   if (extern_type != 0) return extern_type;

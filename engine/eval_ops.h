@@ -44,7 +44,9 @@ struct NameVal {
 
 /// 32-bit arithmetic wraps: it is done on unsigned values, whose overflow
 /// is defined, and brought back to signed (modular since C++20).
-inline int32_t wrap(uint32_t x) { return static_cast<int32_t>(x); }
+inline int32_t wrap(uint32_t x) {
+  return static_cast<int32_t>(x);
+}
 
 struct Not {
   static constexpr int arity = 1;

@@ -20,7 +20,9 @@ const char* constant_named(const Net& net, const QvType* type, std::string_view 
   return nullptr;
 }
 
-bool has_constants(const QvType* type) { return type->enum_count > 0 || type->consts; }
+bool has_constants(const QvType* type) {
+  return type->enum_count > 0 || type->consts;
+}
 
 }  // namespace
 

@@ -76,7 +76,9 @@ bool is_error_record(std::string_view text) {
          (text.starts_with("error Output \"") && text.ends_with("\" takes on nil"));
 }
 
-bool is_blank(std::string_view text) { return split_words(text).empty(); }
+bool is_blank(std::string_view text) {
+  return split_words(text).empty();
+}
 
 /// The recorded output values of the step read at `line`: after the '#' of
 /// that line, past any error lines. False when the record is cut short.

@@ -57,9 +57,9 @@ struct LogicRow {
 
 TEST(LogicItems, ThreeValuedTables) {
   const LogicRow rows[] = {
-      {0, 0, 0, 0, 1},    {0, 1, 0, 1, 1},    {1, 0, 0, 1, 0},     {1, 1, 1, 1, 1},
-      {-1, 0, 0, -1, -1}, {-1, 1, -1, 1, 1},  {0, -1, 0, -1, 1},   {1, -1, -1, 1, -1},
-      {-1, -1, -1, -1, -1},
+      {0, 0, 0, 0, 1},   {0, 1, 0, 1, 1},    {1, 0, 0, 1, 0},
+      {1, 1, 1, 1, 1},   {-1, 0, 0, -1, -1}, {-1, 1, -1, 1, 1},
+      {0, -1, 0, -1, 1}, {1, -1, -1, 1, -1}, {-1, -1, -1, -1, -1},
   };
   for (const LogicRow& r : rows) {
     Graph g;
@@ -191,10 +191,13 @@ TEST(RealItems, Conversions) {
   EXPECT_EQ(run(g.make<REAL2INT_int_EI>({g.leaf_real(1e10)}))->value.i, INT_MIN);
   EXPECT_EQ(run(g.make<REAL2INT_int_EI>({g.leaf_real(std::nan(""))}))->value.i, INT_MIN);
   EXPECT_EQ(run(g.make<INT2REAL_double_EI>({g.leaf_int(-3)}))->value.d, -3.0);
-  EXPECT_EQ(run(g.make<UFUNC_double_EI>({g.leaf_real(-1.0)}, UnaryFunction{std::sqrt}))->status,
+  EXPECT_EQ(run(g.make<UFUNC_double_EI>({g.leaf_real(-1.0)},
+                                        UnaryFunction{[](double x) { return std::sqrt(x); }}))
+                ->status,
             0u);
-  EXPECT_EQ(run(g.make<BFUNC_double_EI>({g.leaf_real(2.0), g.leaf_real(10.0)},
-                                        BinaryFunction{std::pow}))
+  EXPECT_EQ(run(g.make<BFUNC_double_EI>(
+                    {g.leaf_real(2.0), g.leaf_real(10.0)},
+                    BinaryFunction{[](double x, double y) { return std::pow(x, y); }}))
                 ->value.d,
             1024.0);
 }

@@ -28,7 +28,9 @@ struct Loaded {
 };
 
 /// Loads in a child process, for the programs that must be refused.
-void load_only(const std::string& source) { Loaded loaded(source); }
+void load_only(const std::string& source) {
+  Loaded loaded(source);
+}
 
 template <class C>
 bool is(const EvalItem* item) {
@@ -223,7 +225,8 @@ TEST(StepCycle, LongChainStepsAndResets) {
   // A long chain of equations, each one the previous plus one.
   constexpr int kLength = 20000;
   std::string source = "node chain (a : int) returns (y : int);\nvar ";
-  for (int i = 1; i < kLength; ++i) source += "x" + std::to_string(i) + (i + 1 < kLength ? ", " : " : int;\nlet\n");
+  for (int i = 1; i < kLength; ++i)
+    source += "x" + std::to_string(i) + (i + 1 < kLength ? ", " : " : int;\nlet\n");
   source += "  x1 = a + 1;\n";
   for (int i = 2; i < kLength; ++i) {
     source += "  x" + std::to_string(i) + " = x" + std::to_string(i - 1) + " + 1;\n";
