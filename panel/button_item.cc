@@ -7,8 +7,9 @@
 
 namespace {
 
-// A toggle that notifies on the press and unsets itself, so it never stays
-// down the way a plain toggle would.
+// Of the two bindings of the press the toolkit keeps the first, set(); the
+// toggle's own binding of the release then flips it back and notifies, so
+// the button acts once per click and never stays down as a toggle would.
 const char kPressTranslations[] =
     "\t\t<EnterWindow>:\thighlight()\n"
     "\t\t<LeaveWindow>:\treset()\n"

@@ -1,5 +1,5 @@
-// A button that acts on the press and comes back up at once: Reset, Quit
-// and STEP.
+// A button that acts once per click and comes back up: Reset, Quit and
+// STEP.
 #pragma once
 
 #include "panel/form_item.h"

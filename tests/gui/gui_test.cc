@@ -200,6 +200,13 @@ TEST(GuiTest, UnsupportedTypeIsRefusedBeforeThePanelsOpen) {
   EXPECT_EQ(korvel.out(), "");
 }
 
+TEST(GuiTest, MissingDisplayIsReportedByTheToolkit) {
+  ChildProcess korvel({"/usr/bin/env", "-u", "DISPLAY", KORVEL_BINARY, "-v", program_path("mix")});
+  EXPECT_EQ(korvel.wait_exit(kTimeoutMs), 1);
+  EXPECT_NE(korvel.err().find("Can't open display"), std::string::npos) << korvel.err();
+  EXPECT_EQ(korvel.out(), "");
+}
+
 // The batch simulator, given the trace recorded through the windows,
 // finds every output as recorded.
 TEST(GuiTest, RecordedTraceReplaysInTheBatchSimulator) {

@@ -6,11 +6,13 @@
 
 #include <string>
 
+#include "panel/button_item.h"
 #include "panel/dialog_item.h"
 #include "panel/label_item.h"
 #include "panel/light_item.h"
 #include "panel/select_item.h"
 #include "panel/switch_button_item.h"
+#include "panel/switch_label_item.h"
 #include "panel/text_buffer.h"
 #include "panel/value_item.h"
 #include "panel/widget_resources.h"
@@ -240,6 +242,58 @@ TEST_F(FormItemTest, DialogNotifiesOnClickOrReturnButNotWhenDraggedOut) {
   EXPECT_TRUE(dialog->entered());
   key("Return");
   EXPECT_EQ(calls, 2);
+}
+
+struct ButtonProbe {
+  ButtonItem* item = nullptr;
+  int value = -1;
+  int calls = 0;
+};
+
+void probe_button(Widget, XtPointer data, XtPointer) {
+  auto* probe = static_cast<ButtonProbe*>(data);
+  probe->item->get();
+  probe->calls++;
+}
+
+// Of the two bindings of the press, the toolkit keeps the first (set); the
+// toggle's own binding of the release flips it back and notifies. So the
+// button acts once per click and never stays down.
+TEST_F(FormItemTest, ButtonActsOncePerClickAndComesBackUp) {
+  ButtonProbe probe;
+  probe.item = make<ButtonItem>("Step", form, nullptr, "STEP", probe_button, &probe);
+  probe.item->bound_int = &probe.value;
+  show();
+  move_to(probe.item->widget, 2, 2);
+  press();
+  EXPECT_EQ(probe.calls, 0);
+  release();
+  EXPECT_EQ(probe.calls, 1);
+  EXPECT_EQ(probe.value, 0);
+  press();
+  release();
+  EXPECT_EQ(probe.calls, 2);
+  EXPECT_EQ(probe.value, 0);
+}
+
+TEST_F(FormItemTest, SwitchLabelFlipsItsLabelBeforeItsCallbackRuns) {
+  struct Seen {
+    SwitchLabelItem* item = nullptr;
+    int state = -1;
+  } seen;
+  auto on_press = [](Widget, XtPointer data, XtPointer) {
+    auto* s = static_cast<Seen*>(data);
+    s->item->get();
+  };
+  seen.item = make<SwitchLabelItem>("Chmod", form, nullptr, "off", "on", on_press, &seen);
+  seen.item->bound_int = &seen.state;
+  activate(seen.item);
+  EXPECT_EQ(seen.state, 1);
+  EXPECT_EQ(label_of(seen.item->widget), "on");
+  seen.item->reset();
+  seen.item->get();
+  EXPECT_EQ(seen.state, 0);
+  EXPECT_EQ(label_of(seen.item->widget), "off");
 }
 
 }  // namespace
