@@ -53,6 +53,7 @@ class StrictEI final : public EvalItem {
     status = st;
     if (st == 0) Out::put(value, r);
   }
+  int operand_kind(int) const override { return In::kind; }
 
   Op op;
 };
@@ -80,6 +81,7 @@ class LogicEI final : public EvalItem {
       decide(op(false, b.value.i), op(true, b.value.i), a.status);
     }
   }
+  int operand_kind(int) const override { return VK_BOOL; }
 
  private:
   void define(bool x) {
@@ -113,6 +115,7 @@ class CountEI final : public EvalItem {
     status = st;
     if (st == 0) value.i = Op{}(n_true);
   }
+  int operand_kind(int) const override { return VK_BOOL; }
 };
 
 /// if c then t else e: all three are ensured, but only the chosen branch's
@@ -133,6 +136,7 @@ class CondEI final : public EvalItem {
     status = chosen.status;
     if (status == 0) value = chosen.value;
   }
+  int operand_kind(int i) const override { return i == 0 ? VK_BOOL : V::kind; }
 };
 
 /// An output or assertion: its value operand sampled on its clock operand.
@@ -153,6 +157,7 @@ class OutputEI final : public EvalItem {
     if (status == 0) value = v.value;
   }
   int is_bottom() override { return absent; }
+  int operand_kind(int i) const override { return i == 0 ? V::kind : VK_BOOL; }
 
   int absent = 0;
 };
@@ -177,6 +182,7 @@ class BlastEI final : public EvalItem {
     saved_status = v.status;
     if (v.status == 0) saved = v.value;
   }
+  int operand_kind(int i) const override { return i == 0 ? V::kind : VK_BOOL; }
 
   unsigned saved_status = ST_NIL;
   EvalValue saved{};
@@ -199,6 +205,7 @@ class INIT_bool_EI final : public EvalItem {
   void rewrite() override {
     if (value.i) first = !operands[0]->value.i;
   }
+  int operand_kind(int) const override { return VK_BOOL; }
 
   int first = 1;
 };

@@ -42,7 +42,7 @@ TEST(BuildEval, ClassesFollowOperatorAndType) {
       "node n (a, b : bool; i, j : int; x, y : real)\n"
       "returns (o1 : bool; o2 : int; o3 : bool; o4 : int; o5 : real; o6 : int);\n"
       "let\n"
-      "  o1 = a xor b; o2 = i / j; o3 = x < y; o4 = x mod y; o5 = x / y; o6 = -i;\n"
+      "  o1 = a xor b; o2 = i / j; o3 = x < y; o4 = i mod j; o5 = x / y; o6 = -i;\n"
       "tel\n");
   EXPECT_TRUE(is<NE_bool_EI>(l.output_value(0)));
   EXPECT_TRUE(is<DIV_int_EI>(l.output_value(1)));
@@ -122,6 +122,25 @@ TEST(BuildEvalDeathTest, RefusedPrograms) {
               testing::ExitedWithCode(1), "^Unsupported function :\n");
   EXPECT_EXIT(load_only("node n (x : int) returns (y : int); let y = x; assert x + 1; tel\n"),
               testing::ExitedWithCode(1), "^Assertions must be boolean expressions$");
+}
+
+// Nothing checks types before the graph is built; items that would read
+// an operand of another kind are refused instead of computing garbage.
+TEST(BuildEvalDeathTest, IllTypedOperandsRefused) {
+  EXPECT_EXIT(load_only("node n (x, y : real) returns (m : real); let m = x mod y; tel\n"),
+              testing::ExitedWithCode(1),
+              "^Type mismatch: real operand of 'mod' where int is expected\n$");
+  EXPECT_EXIT(load_only("node n (c : bool) returns (v : int); let v = if c then 1 else 2.0; tel\n"),
+              testing::ExitedWithCode(1),
+              "^Type mismatch: real operand of 'if' where int is expected\n$");
+  EXPECT_EXIT(load_only("type a = (p, q); type b = (r, s);\n"
+                        "node n (x : a; y : b) returns (e : bool); let e = x = y; tel\n"),
+              testing::ExitedWithCode(1),
+              "^Type mismatch: a operand of '=' where b is expected\n$");
+  EXPECT_EXIT(load_only("node n (c : int; v : int) returns ((w : int) when c);\n"
+                        "let w = v when c; tel\n"),
+              testing::ExitedWithCode(1),
+              "^Type mismatch: int operand of output 'w' where bool is expected\n$");
 }
 
 // The step cycle ------------------------------------------------------------------
