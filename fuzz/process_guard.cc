@@ -1,6 +1,7 @@
 #include "fuzz/process_guard.h"
 
 #include <link.h>
+#include <sanitizer/asan_interface.h>
 
 #include <algorithm>
 #include <array>
@@ -36,7 +37,11 @@ namespace {
 
 // Every block of the global operator new carries this header and sits in
 // one circular list, newest first; the blocks of the current run are the
-// ones in front of its mark.
+// ones in front of its mark. Headers are poisoned, so that a read just
+// before a block is still reported; only the functions marked below touch
+// them.
+#define GUARD_ONLY __attribute__((no_sanitize("address", "undefined")))
+
 struct alignas(16) Block {
   Block* prev;
   Block* next;
@@ -50,36 +55,40 @@ Block kept_blocks = {&kept_blocks, &kept_blocks, 0};
 // libFuzzer's helper threads may allocate too.
 std::mutex blocks_lock;
 
-void link_front(Block* b, Block* list = &all_blocks) {
+GUARD_ONLY void link_front(Block* b, Block* list = &all_blocks) {
   b->prev = list;
   b->next = list->next;
   list->next->prev = b;
   list->next = b;
 }
 
-void unlink(Block* b) {
+GUARD_ONLY void unlink(Block* b) {
   b->prev->next = b->next;
   b->next->prev = b->prev;
 }
 
-std::uintptr_t payload(const Block* b) { return reinterpret_cast<std::uintptr_t>(b + 1); }
+GUARD_ONLY std::uintptr_t payload(const Block* b) { return reinterpret_cast<std::uintptr_t>(b + 1); }
 
-void* allocate(std::size_t size) noexcept {
+GUARD_ONLY void* allocate(std::size_t size) noexcept {
   auto* b = static_cast<Block*>(std::malloc(sizeof(Block) + size));
   if (!b) return nullptr;
   b->size = size;
-  std::lock_guard<std::mutex> hold(blocks_lock);
-  link_front(b);
+  {
+    std::lock_guard<std::mutex> hold(blocks_lock);
+    link_front(b);
+  }
+  ASAN_POISON_MEMORY_REGION(b, sizeof(Block));
   return b + 1;
 }
 
-void release(void* p) noexcept {
+GUARD_ONLY void release(void* p) noexcept {
   if (!p) return;
   Block* b = static_cast<Block*>(p) - 1;
   {
     std::lock_guard<std::mutex> hold(blocks_lock);
     unlink(b);
   }
+  ASAN_UNPOISON_MEMORY_REGION(b, sizeof(Block));
   std::free(b);
 }
 
@@ -123,7 +132,7 @@ struct RunBlocks {
 
   // The block whose payload holds `word`, counting one past its end as a
   // vector's end pointer does, or -1.
-  long find(std::uintptr_t word) const {
+  GUARD_ONLY long find(std::uintptr_t word) const {
     auto it = std::upper_bound(blocks.begin(), blocks.end(), word,
                                [](std::uintptr_t w, const Block* b) { return w < payload(b); });
     if (it == blocks.begin()) return -1;
@@ -133,8 +142,7 @@ struct RunBlocks {
   }
 
   // Static storage has the sanitizers' red zones between its objects.
-  __attribute__((no_sanitize("address", "undefined"))) void scan(std::uintptr_t from,
-                                                                 std::uintptr_t to) {
+  GUARD_ONLY void scan(std::uintptr_t from, std::uintptr_t to) {
     if (blocks.empty()) return;
     const std::uintptr_t low = payload(blocks.front());
     const std::uintptr_t high = payload(blocks.back()) + blocks.back()->size;
@@ -183,7 +191,7 @@ int scan_object(dl_phdr_info* info, size_t, void* data) {
 
 // Frees the blocks of the run and the kept ones, but those reachable from
 // static storage, which are kept.
-void free_run_blocks() {
+GUARD_ONLY void free_run_blocks() {
   RunBlocks run;
   {
     std::lock_guard<std::mutex> hold(blocks_lock);
@@ -207,6 +215,7 @@ void free_run_blocks() {
     if (run.kept[i]) {
       link_front(run.blocks[i], &kept_blocks);
     } else {
+      ASAN_UNPOISON_MEMORY_REGION(run.blocks[i], sizeof(Block));
       std::free(run.blocks[i]);
     }
   }
