@@ -173,6 +173,7 @@ TEST_F(FormItemTest, SelectShowsOneChoiceAndHandsOutItsText) {
   select->get();
   EXPECT_EQ(text, choices[2]);
   EXPECT_EQ(index, 2);
+  EXPECT_EQ(select->selected(), 2);
   EXPECT_FALSE(select->button(0)->reversed());
   EXPECT_TRUE(select->button(2)->reversed());
   // A reset of the panel keeps the choice.
@@ -220,13 +221,20 @@ TEST_F(FormItemTest, DialogNotifiesOnClickOrReturnButNotWhenDraggedOut) {
   Widget label = XtNameToWidget(dialog->widget, "label");
   Pixel foreground = get_resource<Pixel>(label, XtNforeground);
 
+  Pixel background = get_resource<Pixel>(dialog->widget, XtNbackground);
+  EXPECT_EQ(pixel_at(dialog->widget, 0, 0), background);
   move_to(label, 2, 2);
   EXPECT_TRUE(dialog->entered());
+  // A frame two pixels wide in the label's colour, the inside left clear.
+  EXPECT_EQ(pixel_at(dialog->widget, 0, 0), foreground);
+  EXPECT_EQ(pixel_at(dialog->widget, 1, 1), foreground);
+  EXPECT_EQ(pixel_at(dialog->widget, 2, 2), background);
   press();
   EXPECT_TRUE(dialog->pressed());
   EXPECT_NE(get_resource<Pixel>(label, XtNforeground), foreground);
   move_to(below->widget, 2, 2);
   EXPECT_FALSE(dialog->entered());
+  EXPECT_EQ(pixel_at(dialog->widget, 0, 0), background);
   EXPECT_FALSE(dialog->pressed());
   release();
   EXPECT_EQ(calls, 0);

@@ -3,6 +3,7 @@
 #include <X11/Shell.h>
 #include <X11/StringDefs.h>
 #include <X11/Xaw/Form.h>
+#include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 
 #include "panel/dialog_item.h"
@@ -29,7 +30,16 @@ void ToolkitTest::SetUp() {
 
 void ToolkitTest::show() {
   XtPopup(shell, XtGrabNone);
+  // Every test's window opens at the same place: this one goes on top.
+  XRaiseWindow(XtDisplay(shell), XtWindow(shell));
   settle();
+}
+
+Pixel ToolkitTest::pixel_at(Widget widget, int x, int y) {
+  XImage* image = XGetImage(XtDisplay(widget), XtWindow(widget), x, y, 1, 1, AllPlanes, ZPixmap);
+  Pixel pixel = XGetPixel(image, 0, 0);
+  XDestroyImage(image);
+  return pixel;
 }
 
 void ToolkitTest::settle() {

@@ -22,6 +22,8 @@ class ToolkitTest : public ::testing::Test {
   void move_to(Widget widget, int x, int y);
   void press();
   void release();
+  /// The colour of one pixel of the widget's window as it is on screen.
+  Pixel pixel_at(Widget widget, int x, int y);
   /// Presses and releases a key, by keysym name.
   void key(const char* keysym);
 
