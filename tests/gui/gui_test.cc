@@ -180,6 +180,8 @@ TEST(GuiTest, ChoiceOfAnEnumeratedInputSteps) {
   s.choose(0, 1);
   s.choose(0, 1);
   s.choose(0, 0);
+  s.choose(0, 1);
+  // A reset keeps the choice.
   s.reset();
   s.step();
   EXPECT_EQ(s.quit(), 0);
@@ -189,8 +191,9 @@ TEST(GuiTest, ChoiceOfAnEnumeratedInputSteps) {
             "#step 1\nhigh  0  #t  high  \n"
             "#step 2\nhigh  0  #t  high  \n"
             "#step 3\nlow  0  #f  low  \n"
+            "#step 4\nhigh  0  #t  high  \n"
             "#reset\n"
-            "#step 1\nlow  0  #f  low  \n");
+            "#step 1\nhigh  0  #t  high  \n");
 }
 
 TEST(GuiTest, UnsupportedTypeIsRefusedBeforeThePanelsOpen) {

@@ -5,7 +5,6 @@
 #include <X11/Xaw/Dialog.h>
 
 #include <string>
-#include <vector>
 
 #include "panel/input_panel.h"
 #include "panel/output_panel.h"
@@ -13,19 +12,10 @@
 
 namespace {
 
-// Records, at every step, the inputs as the panel's check stored them.
-class StepRecorder final : public StepTrigger {
+// Steps are the window's business; the panel only triggers them.
+class NoStep final : public StepTrigger {
  public:
-  void step() override {
-    const char* bad = panel->check();
-    steps.push_back(bad ? std::string(bad)
-                        : std::to_string(a.i) + " " + std::to_string(n.i) + " " +
-                              std::to_string(x.d) + " " + (c.s ? c.s : "-"));
-  }
-
-  InputPanel* panel = nullptr;
-  EvalValue a{}, n{}, x{}, c{};
-  std::vector<std::string> steps;
+  void step() override {}
 };
 
 const char* kChoices[] = {"red", "green"};
@@ -35,22 +25,21 @@ class PanelTest : public ToolkitTest {
   void SetUp() override {
     ToolkitTest::SetUp();
     if (!top_level) return;
-    panel = make<InputPanel>(&recorder, top_level, "node");
-    recorder.panel = panel;
-    panel->add_bool("a", &recorder.a);
-    panel->add_int("n", &recorder.n);
-    panel->add_real("x", &recorder.x);
-    panel->add_enum("c", 2, kChoices, &recorder.c);
+    panel = make<InputPanel>(&no_step, top_level, "node");
+    panel->add_bool("a", &values[0]);
+    panel->add_int("n", &values[1]);
+    panel->add_real("x", &values[2]);
+    panel->add_enum("c", 2, kChoices, &values[3]);
     panel->finish();
     XtPopup(panel->shell(), XtGrabNone);
     settle();
   }
 
   Widget item(const char* path) { return XtNameToWidget(panel->shell(), path); }
-  void press(const char* path) { XtCallCallbacks(item(path), XtNcallback, nullptr); }
   std::string label(const char* path) { return get_resource<const char*>(item(path), XtNlabel); }
 
-  StepRecorder recorder;
+  NoStep no_step;
+  EvalValue values[4] = {};
   InputPanel* panel = nullptr;
 };
 
@@ -70,44 +59,6 @@ TEST_F(PanelTest, ItemsStackInOneWidthOfAtLeast300) {
        {"InputsForm.Chmod", "InputsForm.BoolItem", "InputsForm.IntItem", "InputsForm.FloatItem"}) {
     EXPECT_EQ(get_resource<Dimension>(item(path), XtNwidth), width) << path;
   }
-}
-
-TEST_F(PanelTest, ModesDecideWhichChangesStep) {
-  press("InputsForm.BoolItem");
-  press("InputsForm.Step");
-  press("InputsForm.Chmod");
-  EXPECT_EQ(label("InputsForm.Chmod"), "  Compose  ");
-  press("InputsForm.BoolItem");
-  XtVaSetValues(item("InputsForm.IntItem"), XtNvalue, "4", nullptr);
-  press("InputsForm.EnumItem.SelectItemButton");
-  press("InputsForm.Step");
-  press("InputsForm.Chmod");
-  EXPECT_EQ(label("InputsForm.Chmod"), " Auto Step ");
-  press("InputsForm.Step");
-  EXPECT_EQ(recorder.steps, (std::vector<std::string>{
-                                "1 0 0.000000 red", "0 0 0.000000 red",
-                                "1 4 0.000000 red", "0 4 0.000000 red"}));
-}
-
-TEST_F(PanelTest, ResetKeepsComposeAndChoiceAndClearsTheRest) {
-  press("InputsForm.Chmod");
-  press("InputsForm.BoolItem");
-  XtVaSetValues(item("InputsForm.IntItem"), XtNvalue, "9", nullptr);
-  XtVaSetValues(item("InputsForm.FloatItem"), XtNvalue, "2.5", nullptr);
-  // The second button of the choice is the last one named so.
-  WidgetList buttons;
-  Cardinal count;
-  XtVaGetValues(item("InputsForm.EnumItem"), XtNchildren, &buttons, XtNnumChildren, &count,
-                nullptr);
-  XtCallCallbacks(buttons[count - 1], XtNcallback, nullptr);
-  panel->reset();
-  EXPECT_TRUE(panel->composing());
-  EXPECT_EQ(label("InputsForm.Chmod"), "  Compose  ");
-  press("InputsForm.Step");
-  press("InputsForm.BoolItem");
-  press("InputsForm.Step");
-  EXPECT_EQ(recorder.steps, (std::vector<std::string>{"0 0 0.000000 green",
-                                                      "1 0 0.000000 green"}));
 }
 
 using OutputPanelTest = ToolkitTest;
