@@ -8,6 +8,8 @@ NormNet::NormNet(SymbolTable* strings, int skip_minimise, int bool_opt)
 void NormNet::build() {
   verbose("start normalisation ... ");
   normalise_all();
+  check_references(outputs);
+  check_references(locals);
   verbose("done\n");
   if (bool_opt) verbose("Bool optimization : %d -> %d nodes\n", n_requests, n_nodes);
   if (mode < 0 || mode > 3) error("unknown option");
@@ -33,6 +35,13 @@ void NormNet::normalise_all() {
 void NormNet::normalise_group(IndexList* names) {
   IndexListIter it(names);
   for (int name = it.next(); name; name = it.next()) normalise(name);
+}
+
+// A cycle of plain copies (x = y; y = x;) defines nothing; it is reported
+// here, whether or not anything else reads the names.
+void NormNet::check_references(IndexList* names) {
+  IndexListIter it(names);
+  for (int name = it.next(); name; name = it.next()) through_ref(xdef[name]);
 }
 
 void NormNet::normalise(int name) {

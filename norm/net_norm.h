@@ -77,6 +77,7 @@ class NormNet : public Net {
 
  private:
   void normalise_group(IndexList* names);
+  void check_references(IndexList* names);
   /// Marks a name as being walked; true when it already was (a cycle).
   bool enter_walk(int name);
   void leave_walk(const std::vector<int>& names);

@@ -6,8 +6,10 @@
 #include "net/net.h"
 #include "reader/lexer.h"
 #include "reader/parser.h"
+#include "reader/pnet_interface.h"
 #include "support/pty_stream.h"
 #include "support/string_table.h"
+#include "tools/batch_run.h"
 
 namespace {
 
@@ -26,6 +28,48 @@ int print_net(const char* path) {
   return 0;
 }
 
+// Build options of the loading modes, set by flags anywhere on the line.
+int skip_minimise = 0;
+int bool_opt = 0;
+int check = 0;
+
+struct Flag {
+  const char* option;
+  int* value;
+  const char* help;
+};
+
+const Flag kFlags[] = {
+    {"--no-minimise", &skip_minimise, "keep one class per node (no minimal network)"},
+    {"--bool-opt", &bool_opt, "fold true and false out of Boolean operators"},
+    {"--check", &check, "batch: INPUTS is a recorded trace whose outputs must recur"},
+};
+
+// The loading modes: the program is loaded as the simulator loads it, and a
+// failure ends the process with the loader's messages and status 1.
+int print_norm(const char* path) {
+  SymbolTable table;
+  PNetInterface program(path, &table, skip_minimise, bool_opt);
+  program.net->print();
+  return 0;
+}
+
+int print_classes(const char* path) {
+  SymbolTable table;
+  PNetInterface program(path, &table, skip_minimise, bool_opt);
+  program.net->print_classes();
+  return 0;
+}
+
+int print_stats(const char* path) {
+  SymbolTable table;
+  PNetInterface program(path, &table, skip_minimise, bool_opt);
+  const NormNet& net = *program.net;
+  std::printf("nodes: %d\nrequests: %d\nclasses: %d\n", net.n_nodes, net.n_requests,
+              net.n_classes);
+  return 0;
+}
+
 struct Mode {
   const char* option;
   int (*run)(const char* path);
@@ -35,18 +79,47 @@ struct Mode {
 const Mode kModes[] = {
     {"--tokens", print_tokens, "write the token stream, one token a line"},
     {"--print=net", print_net, "parse, then write the program back as qv text"},
+    {"--print=norm", print_norm, "load, then write the normalised equations"},
+    {"--print=classes", print_classes, "load, then write the classes of the minimal network"},
+    {"--stats", print_stats, "load, then write the numbers of nodes, requests and classes"},
 };
 
 int usage(const char* problem) {
-  std::fprintf(stderr, "korvel-run: %s\nusage: korvel-run MODE FILE\nmodes:\n", problem);
+  std::fprintf(stderr, "korvel-run: %s\nusage: korvel-run MODE FILE\n"
+               "       korvel-run PROGRAM.qv [INPUTS]   (batch simulator)\nmodes:\n", problem);
   for (const Mode& m : kModes) std::fprintf(stderr, "  %-14s %s\n", m.option, m.help);
+  std::fprintf(stderr, "flags:\n");
+  for (const Flag& f : kFlags) std::fprintf(stderr, "  %-14s %s\n", f.option, f.help);
   return 1;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
+  int kept = 1;
+  for (int i = 1; i < argc; ++i) {
+    const Flag* flag = nullptr;
+    for (const Flag& f : kFlags) {
+      if (std::strcmp(argv[i], f.option) == 0) flag = &f;
+    }
+    if (flag) {
+      *flag->value = 1;
+    } else {
+      argv[kept++] = argv[i];
+    }
+  }
+  argc = kept;
   if (argc < 2) return usage("no mode given");
+  if (argv[1][0] != '-') {
+    if (argc > 3) return usage("more than one inputs file given");
+    BatchOptions batch;
+    batch.program = argv[1];
+    batch.inputs = argc == 3 ? argv[2] : nullptr;
+    batch.check = check;
+    batch.skip_minimise = skip_minimise;
+    batch.bool_opt = bool_opt;
+    return run_batch(batch);
+  }
   for (const Mode& m : kModes) {
     if (std::strcmp(argv[1], m.option) != 0) continue;
     if (argc != 3) return usage(argc < 3 ? "no qv file given" : "more than one qv file given");

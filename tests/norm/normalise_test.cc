@@ -1,0 +1,134 @@
+// The normal forms, checked on the printed normalised net.
+#include <gtest/gtest.h>
+
+#include "loaded_net.h"
+
+namespace {
+
+struct NormalFormCase {
+  const char* what;
+  const char* source;
+  const char* printed;
+};
+
+const NormalFormCase kNormalForms[] = {
+    {"pre and arrows on the base clock",
+     "node n (x, y : int) returns (p, a1, a2 : int);\n"
+     "let p = pre x; a1 = x -> y; a2 = 0 -> pre a2 + 1; tel\n",
+     "\n***********NORMALISATION\nOUTPUTS :\n"
+     "p = last(x)\n"
+     "a1 =  if (init(true)) then (x) else (y)\n"
+     "a2 =  if (init(true)) then (0) else ((last(a2))+(1))\n"
+     "LOCALS :\nASSERTIONS :\n"},
+    {"current and when",
+     "node n (c : bool; (x : int) when c) returns (y : int; (z : int) when c);\n"
+     "let y = current x; z = x; tel\n",
+     "\n***********NORMALISATION\nOUTPUTS :\n"
+     "y =  if (c) then (x) else (last( if (c) then (x) else (bottom)))\n"
+     "z =  if (c) then (x) else (bottom)\n"
+     "LOCALS :\nASSERTIONS :\n"},
+    {"when on an expression, a local and an assertion",
+     "node n (c : bool; x : int) returns ((y : int) when c);\nvar (k : int) when c;\n"
+     "let y = k + 1; k = x when c; assert c or x > 0; tel\n",
+     "\n***********NORMALISATION\nOUTPUTS :\n"
+     "y =  if (c) then ((k)+(1)) else (bottom)\n"
+     "LOCALS :\n"
+     "k = x\n"
+     "ASSERTIONS :\n"
+     "assert (c)or((x)>(0))\n"},
+    {"a clock on a clock",
+     "node n (c : bool; (d : bool) when c; (x : int) when d)\n"
+     "returns ((y : int) when d; (v : int) when c);\n"
+     "let y = pre x; v = current x; tel\n",
+     "\n***********NORMALISATION\nOUTPUTS :\n"
+     "y =  if ( if (c) then (d) else (false)) then (last( if ( if (c) then (d) else (\n"
+     "false)) then (x) else (bottom))) else (bottom)\n"
+     "v =  if (c) then ( if ( if (c) then (d) else (false)) then (x) else (last( if (\n"
+     " if (c) then (d) else (false)) then (x) else (bottom)))) else (bottom)\n"
+     "LOCALS :\nASSERTIONS :\n"},
+    {"calls on a clock hold a tuple argument only",
+     "function f (a : int; b : int) returns (r : int);\n"
+     "function g (a : int) returns (r : int);\n"
+     "node n (c : bool; (x, z : int) when c; u, v : int)\n"
+     "returns ((y, s : int) when c; t : int);\n"
+     "let y = f(x, z); s = g(x); t = f(u, v); tel\n",
+     "\n***********NORMALISATION\nOUTPUTS :\n"
+     "y =  if (c) then (f( if (c) then ((x, z)) else (bottom))) else (bottom)\n"
+     "s =  if (c) then (g(x)) else (bottom)\n"
+     "t = f(u, v)\n"
+     "LOCALS :\nASSERTIONS :\n"},
+    {"arrow on a slow clock starts at that clock's first instant",
+     "node n (c : bool; (x : int) when c) returns ((y : int) when c);\n"
+     "let y = x -> pre y; tel\n",
+     "\n***********NORMALISATION\nOUTPUTS :\n"
+     "y =  if (c) then ( if (init(c)) then (x) else (last( if (c) then (y) else (\n"
+     "bottom)))) else (bottom)\n"
+     "LOCALS :\nASSERTIONS :\n"},
+};
+
+TEST(NormaliseTest, NormalForms) {
+  for (const NormalFormCase& c : kNormalForms) {
+    LoadedNet loaded(c.source);
+    loaded.net->build();
+    EXPECT_EQ(loaded.printed(), c.printed) << c.what;
+    EXPECT_EQ(loaded.net->n_requests, loaded.net->n_nodes) << c.what;
+  }
+}
+
+TEST(NormaliseTest, BaseClockNamesAreNotHeld) {
+  LoadedNet loaded(
+      "node n (x : int) returns (p : int);\nvar q : int;\n"
+      "let p = pre q; q = x -> p; assert x > 0; tel\n");
+  NormNet& net = *loaded.net;
+  net.build();
+  for (const char* name : {"p", "q", "__assert_0"}) {
+    const int n = loaded.table.find("%s", name);
+    EXPECT_EQ(net.held_def[n], net.xdef[n]) << name;
+  }
+}
+
+// Memoised per clock: one activation chain and one first-instant node per
+// clock, however many expressions use them.
+TEST(NormaliseTest, ClockNodesAreMadeOncePerClock) {
+  LoadedNet arrows(
+      "node n (x, y : int) returns (a, b : int);\n"
+      "let a = x -> y; b = y -> pre x; tel\n");
+  NormNet& net = *arrows.net;
+  net.normalise_all();
+  Exp* a = net.held_def[arrows.table.find("a")];
+  Exp* b = net.held_def[arrows.table.find("b")];
+  ASSERT_EQ(a->op, IF_n);
+  ASSERT_EQ(b->op, IF_n);
+  EXPECT_EQ(a->operand(0), b->operand(0));
+  EXPECT_EQ(a->operand(0)->op, INIT_n);
+  EXPECT_EQ(a->operand(0)->operand(0), net.true_exp);
+
+  // y: the activation of d, x held, the memory, y held (4 nodes); v: x held
+  // again, its memory, the choice and v held on c (4 more).
+  LoadedNet clocks(
+      "node n (c : bool; (d : bool) when c; (x : int) when d)\n"
+      "returns ((y : int) when d; (v : int) when c);\n"
+      "let y = pre x; v = current x; tel\n");
+  clocks.net->normalise_all();
+  EXPECT_EQ(clocks.net->n_nodes, 8);
+}
+
+// Long programs go through references, so nothing recurses per equation.
+TEST(NormaliseTest, LongChainsOfEquationsLoad) {
+  const int n = 20000;
+  std::string source = "node n (x0 : int) returns (y : int);\nvar ";
+  for (int i = 1; i <= n; ++i) source += "x" + std::to_string(i) + (i < n ? ", " : " : int;\n");
+  source += "let\n";
+  for (int i = 1; i <= n; ++i) {
+    source += "x" + std::to_string(i) + " = x" + std::to_string(i - 1) + (i % 2 ? " + 1;\n" : ";\n");
+  }
+  source += "y = x" + std::to_string(n) + ";\ntel\n";
+  LoadedNet loaded(source, 1);
+  loaded.net->build();
+  EXPECT_EQ(loaded.net->n_classes, n / 2);
+  Exp* y = loaded.final("y");
+  ASSERT_EQ(y->op, PLUS_n);
+  EXPECT_EQ(y->operand(0), loaded.final(("x" + std::to_string(n - 2)).c_str()));
+}
+
+}  // namespace

@@ -1,0 +1,97 @@
+#include "reader/pnet_interface.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include "loaded_net.h"
+
+namespace {
+
+std::vector<int> positions(IndexList* list) {
+  std::vector<int> values;
+  for (; list; list = list->next) values.push_back(list->value);
+  return values;
+}
+
+TEST(PNetInterfaceTest, CollectsTheInterface) {
+  const std::string path = write_program(
+      "node n (a, b : int; c : bool) returns (y, z : int; (w : int) when c);\n"
+      "var copy, sum : int; (slow : int) when c;\n"
+      "let\n"
+      "  y = a + b; z = b + a; w = slow; copy = a; sum = y + 1; slow = a when c;\n"
+      "  assert a > 0; assert a > 0; assert c;\n"
+      "tel\n");
+  SymbolTable table;
+  PNetInterface program(path.c_str(), &table);
+  std::remove(path.c_str());
+  NormNet& net = *program.net;
+
+  ASSERT_EQ(program.n_inputs, 3);
+  EXPECT_EQ(program.input_nodes[2], net.ident_info(table.find("c"))->ref);
+  EXPECT_EQ(program.input_names[1], table.find("b"));
+
+  ASSERT_EQ(program.n_outputs, 3);
+  EXPECT_EQ(program.output_nodes[0], program.output_nodes[1]);
+  PNetInterface::Record* shared = program.record(program.output_nodes[0]);
+  ASSERT_NE(shared, nullptr);
+  EXPECT_EQ(positions(shared->output_positions), (std::vector<int>{2, 1}));
+  EXPECT_EQ(program.output_names[2], table.find("w"));
+  EXPECT_EQ(program.output_nodes[2]->op, IF_n);
+
+  // Both equal assertions share one node, which keeps the later number.
+  ASSERT_EQ(program.n_asserts, 3);
+  EXPECT_EQ(program.assert_nodes[0], program.assert_nodes[1]);
+  EXPECT_EQ(program.record(program.assert_nodes[0])->assert_no, 2);
+  EXPECT_EQ(program.record(program.assert_nodes[2])->assert_no, 3);
+
+  // copy and slow are plain copies of an input once unheld; sum is kept
+  // and names its anonymous node.
+  ASSERT_EQ(program.n_locals, 1);
+  EXPECT_EQ(program.local_names[0], table.find("sum"));
+  EXPECT_EQ(program.local_nodes[0]->ident, table.find("sum"));
+  EXPECT_EQ(positions(program.record(program.local_nodes[0])->local_positions),
+            (std::vector<int>{1}));
+  EXPECT_EQ(program.record(program.input_nodes[0]), nullptr);
+}
+
+TEST(PNetInterfaceTest, ParseFailureEndsWithStatusOne) {
+  const std::string path = write_program("node n () returns (y : int); let y = 1; tel\n");
+  SymbolTable table;
+  EXPECT_EXIT(PNetInterface(path.c_str(), &table), testing::ExitedWithCode(1),
+              testing::HasSubstr("syntax errors...\n"));
+  EXPECT_EXIT(PNetInterface("/nonexistent/x.qv", &table), testing::ExitedWithCode(1),
+              testing::HasSubstr("QvParse : Can't open file '/nonexistent/x.qv'\n"
+                                 "syntax errors...\n"));
+  std::remove(path.c_str());
+}
+
+// The conversion functions are declared once per process, so every load
+// runs in a process of its own.
+void load_and_check(const char* path, int skip_minimise, int bool_opt) {
+  SymbolTable table;
+  PNetInterface program(path, &table, skip_minimise, bool_opt);
+  const NormNet& net = *program.net;
+  bool ok = net.n_classes <= net.n_nodes && program.n_outputs == net.n_outputs;
+  for (Exp* e : program.output_nodes) ok = ok && e->op != QVREF_n;
+  std::exit(ok ? 0 : 2);
+}
+
+TEST(PNetInterfaceTest, EveryExampleLoads) {
+  int loaded = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(KORVEL_EXAMPLES_DIR)) {
+    if (entry.path().extension() != ".qv") continue;
+    for (int skip = 0; skip <= 1; ++skip) {
+      EXPECT_EXIT(load_and_check(entry.path().c_str(), skip, 1 - skip),
+                  testing::ExitedWithCode(0), "")
+          << entry.path();
+    }
+    ++loaded;
+  }
+  EXPECT_GE(loaded, 4);
+}
+
+}  // namespace
