@@ -85,8 +85,10 @@ const Mode kModes[] = {
 };
 
 int usage(const char* problem) {
-  std::fprintf(stderr, "korvel-run: %s\nusage: korvel-run MODE FILE\n"
-               "       korvel-run PROGRAM.qv [INPUTS]   (batch simulator)\nmodes:\n", problem);
+  std::fprintf(stderr,
+               "korvel-run: %s\nusage: korvel-run MODE FILE\n"
+               "       korvel-run PROGRAM.qv [INPUTS]   (batch simulator)\nmodes:\n",
+               problem);
   for (const Mode& m : kModes) std::fprintf(stderr, "  %-14s %s\n", m.option, m.help);
   std::fprintf(stderr, "flags:\n");
   for (const Flag& f : kFlags) std::fprintf(stderr, "  %-14s %s\n", f.option, f.help);
