@@ -9,7 +9,10 @@ struct Exp;
 }
 
 %code {
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "net/net.h"
@@ -38,7 +41,28 @@ void yyerror(const char* message) {
 
 int intern(const char* text) { return table->intern("%s", text); }
 
-Exp* make_exp(OpKind kind, std::vector<Exp*> operands) { return net->new_exp(kind, std::move(operands)); }
+// Operators nested to the left ("a + a + ... + a") take no parser stack,
+// so without a bound an expression could be deeper than the recursive
+// walks of the later stages can follow.
+constexpr int kMaxDepth = 4000;
+// Pass key of this parse: each operator node's depth is its mark.
+int depth_key;
+
+Exp* bounded(Exp* e) {
+  std::intptr_t depth = 0;
+  for (const Exp* operand : e->operands) depth = std::max(depth, operand->get_mark(depth_key));
+  if (++depth > kMaxDepth) {
+    std::fprintf(stderr, "QvParse : expression more than %d operators deep at line %d\n", kMaxDepth,
+                 lexer->line());
+    std::exit(1);
+  }
+  e->set_mark(depth_key, depth);
+  return e;
+}
+
+Exp* make_exp(OpKind kind, std::vector<Exp*> operands) {
+  return bounded(net->new_exp(kind, std::move(operands)));
+}
 
 Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(list)); }
 
@@ -252,8 +276,8 @@ expr
   | constant
   | ident { $$ = qvnet::GetIdentInfo(net, $1); }
   | XNot expr { $$ = make_exp(NOT_n, {$2}); }
-  | XInt expr { $$ = convert(net, TO_INT, $2); }
-  | XReal expr { $$ = convert(net, TO_REAL, $2); }
+  | XInt expr { $$ = bounded(convert(net, TO_INT, $2)); }
+  | XReal expr { $$ = bounded(convert(net, TO_REAL, $2)); }
   | '-' expr %prec UMINUS { $$ = make_exp(UMINUS_n, {$2}); }
   | XPre expr { $$ = make_exp(PRE_n, {$2}); }
   | XCurrent expr { $$ = make_exp(CURRENT_n, {$2}); }
@@ -285,8 +309,8 @@ expr
   ;
 
 call
-  : ident '(' expr ')' { $$ = net->new_call($1, $3); }
-  | ident '(' expr_list2 ')' { $$ = net->new_call($1, make_tuple($3)); }
+  : ident '(' expr ')' { $$ = bounded(net->new_call($1, $3)); }
+  | ident '(' expr_list2 ')' { $$ = bounded(net->new_call($1, make_tuple($3))); }
   ;
 
 expr_list2
@@ -317,6 +341,7 @@ int QvParse(Net* target, SymbolTable* strings, const char* path) {
   net = target;
   table = strings;
   lexer = &reader;
+  depth_key = new_pass_key();
   int result = yyparse() == 0 ? 0 : 1;
   lexer = nullptr;
   std::fclose(in);
