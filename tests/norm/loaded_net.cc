@@ -5,11 +5,15 @@
 #include <cstdio>
 #include <fstream>
 
+#include <unistd.h>
+
 #include "reader/parser.h"
 
 std::string write_program(const std::string& source) {
+  // Test programs run side by side, so the name carries the process too.
   static int serial = 0;
-  std::string path = testing::TempDir() + "norm_test_" + std::to_string(++serial) + ".qv";
+  std::string path = testing::TempDir() + "norm_test_" + std::to_string(getpid()) + "_" +
+                     std::to_string(++serial) + ".qv";
   std::ofstream(path) << source;
   return path;
 }
