@@ -124,6 +124,9 @@ Exp* NormNet::through_ref(Exp* e) {
   std::vector<int> chain;
   while (e->op == QVREF_n) {
     const int name = e->ident;
+    if (name <= 0 || static_cast<size_t>(name) >= xdef.size()) {
+      internal_error("file 'net_norm':\nNormNet::through_ref : reference before normalisation\n");
+    }
     if (resolved_[name]) {
       e = resolved_[name];
       break;
@@ -135,8 +138,7 @@ Exp* NormNet::through_ref(Exp* e) {
           strings->text(name));
     }
     if (!xdef[name]) {
-      internal_error("file 'net_norm':\nNormNet::through_ref (%s) is not normalised\n",
-                     strings->text(name));
+      internal_error("file 'net_norm':\nNormNet::through_ref : reference before normalisation\n");
     }
     if (enter_walk(name)) {
       error("NormNet::through_ref : variable '%s' is defined by a cycle of references to itself",
