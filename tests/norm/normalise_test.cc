@@ -131,18 +131,4 @@ TEST(NormaliseTest, LongChainsOfEquationsLoad) {
   EXPECT_EQ(y->operand(0), loaded.final(("x" + std::to_string(n - 2)).c_str()));
 }
 
-// A long sum on one line nests as deep as it is long; the reader accepts
-// a few thousand levels.
-TEST(NormaliseTest, DeepExpressionsLoad) {
-  const int n = 3000;
-  std::string source = "node n (a : int) returns (y : int);\nlet y = 0 -> pre a";
-  for (int i = 0; i < n; ++i) source += " + 1";
-  source += ";\ntel\n";
-  LoadedNet loaded(source, 1);
-  loaded.net->build();
-  // The sums, the memory, the first instant and the choice.
-  EXPECT_EQ(loaded.net->n_classes, n + 3);
-  EXPECT_EQ(loaded.final("y")->op, IF_n);
-}
-
 }  // namespace
