@@ -312,10 +312,18 @@ Exp* Net::new_proj(Exp* tuple, int position) {
   return new_exp(PROJ_n, {tuple}, position);
 }
 
+namespace {
+
+void check_coefficients(const char* maker, size_t coefs, size_t operands) {
+  if (coefs != operands)
+    internal_error("file 'net':\nNet::%s : %d coefficients for %d operands\n", maker,
+                   static_cast<int>(coefs), static_cast<int>(operands));
+}
+
+}  // namespace
+
 Exp* Net::new_icl(std::vector<Exp*> operands, std::vector<int> coefs, int constant) {
-  if (coefs.size() != operands.size())
-    internal_error("file 'net':\nNet::new_icl : %d coefficients for %d operands\n",
-                   static_cast<int>(coefs.size()), static_cast<int>(operands.size()));
+  check_coefficients("new_icl", coefs.size(), operands.size());
   Exp* e = new_exp(ICL_n, std::move(operands));
   e->icoefs = std::move(coefs);
   e->iconst = constant;
@@ -323,9 +331,7 @@ Exp* Net::new_icl(std::vector<Exp*> operands, std::vector<int> coefs, int consta
 }
 
 Exp* Net::new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract constant) {
-  if (coefs.size() != operands.size())
-    internal_error("file 'net':\nNet::new_rcl : %d coefficients for %d operands\n",
-                   static_cast<int>(coefs.size()), static_cast<int>(operands.size()));
+  check_coefficients("new_rcl", coefs.size(), operands.size());
   Exp* e = new_exp(RCL_n, std::move(operands));
   e->rcoefs = std::move(coefs);
   e->rconst = constant;

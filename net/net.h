@@ -180,6 +180,8 @@ class Net {
 
  private:
   IdentInfo* new_ident(int name, IdentKind kind, QvType* type, int clock);
+  /// The type of a node whose operands that decide it are typed already.
+  QvType* type_from_sources(Exp* e);
   Exp* new_node(Exp&& e);
   /// "name : type; ..." of a parameter list alternating names and types.
   void write_params(const IndexList* params, PtyStream& out);

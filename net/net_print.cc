@@ -1,5 +1,8 @@
 // Expressions and function declarations written back as qv text.
 #include <cinttypes>
+#include <cstdio>
+#include <iterator>
+#include <string>
 #include <vector>
 
 #include "net/net.h"
@@ -18,53 +21,115 @@ struct Ratio {
 };
 
 // "|num|" or "|num|/den"; unsigned, so the magnitude of INT32_MIN is exact.
-void print_magnitude(PtyStream& out, Ratio r, const char* before, const char* after) {
+std::string magnitude_text(Ratio r) {
   uint32_t magnitude = r.num < 0 ? 0u - static_cast<uint32_t>(r.num) : static_cast<uint32_t>(r.num);
+  char text[32];
   if (r.den == 1)
-    out.print("%s%" PRIu32 "%s", before, magnitude, after);
+    snprintf(text, sizeof text, "%" PRIu32, magnitude);
   else
-    out.print("%s%" PRIu32 "/%" PRId32 "%s", before, magnitude, r.den, after);
+    snprintf(text, sizeof text, "%" PRIu32 "/%" PRId32, magnitude, r.den);
+  return text;
 }
 
-void print_signed(PtyStream& out, Ratio r, const char* after) {
-  print_magnitude(out, r, r.negative() ? "-" : "", after);
-}
+std::string signed_text(Ratio r) { return (r.negative() ? "-" : "") + magnitude_text(r); }
 
+// Writes expressions with an explicit stack of steps instead of recursion:
+// a left-nested sum of a million terms is a chain a million nodes deep.
 class ExpPrinter {
  public:
   /// `guarded` cuts cycles of anonymous nodes with marks under `key`.
   ExpPrinter(PtyStream& out, const SymbolTable& names, bool guarded, int key)
       : out_(out), names_(names), guarded_(guarded), key_(key) {}
 
-  void node(const Exp& e) {
+  void print_node(const Exp& e) {
+    expand(e);
+    run();
+  }
+
+  void print_operand(Exp* e) {
+    todo_.push_back({Step::kOperand, e, {}});
+    run();
+  }
+
+ private:
+  struct Step {
+    enum Kind { kText, kOperand, kUnmark } kind;
+    Exp* exp;
+    /// kText: one piece of the output.
+    std::string text;
+  };
+
+  const char* who() const { return guarded_ ? "Iprint_def" : "print_def"; }
+
+  void run() {
+    while (!todo_.empty()) {
+      Step step = std::move(todo_.back());
+      todo_.pop_back();
+      if (step.kind == Step::kText)
+        out_.print("%s", step.text.c_str());
+      else if (step.kind == Step::kOperand)
+        operand(step.exp);
+      else
+        step.exp->set_mark(key_, 0);
+    }
+  }
+
+  // Named operands by name; anonymous ones written out in place.
+  void operand(Exp* e) {
+    if (e->ident) {
+      out_.print("%s", names_.text(e->ident));
+    } else if (!guarded_) {
+      expand(*e);
+    } else if (e->get_mark(key_)) {
+      out_.print("WARNING : RECURSION ");
+    } else {
+      e->set_mark(key_, 1);
+      todo_.push_back({Step::kUnmark, e, {}});
+      expand(*e);
+    }
+  }
+
+  void text(std::string t) { seq_.push_back({Step::kText, nullptr, std::move(t)}); }
+  void sub(Exp* e) { seq_.push_back({Step::kOperand, e, {}}); }
+  void list(const std::vector<Exp*>& operands) {
+    for (size_t i = 0; i < operands.size(); ++i) {
+      if (i) text(", ");
+      sub(operands[i]);
+    }
+  }
+
+  // Lays out the steps of one node in order, then stacks them so that the
+  // first comes out first.
+  void expand(const Exp& e) {
+    seq_.clear();
     OpKind op = e.op;
     if (is_leaf_kind(op)) {
       if (!e.ident)
         internal_error("file 'net':\nExp::%s : '%s' Exp must have an identifier\n", who(),
                        op_name(op));
-      out_.print("%s", names_.text(e.ident));
+      text(names_.text(e.ident));
     } else if (is_unary_kind(op)) {
-      out_.print("%s(", op_symbol(op));
-      operand(e.operand(0));
-      out_.print(")");
+      text(std::string(op_symbol(op)) + "(");
+      sub(e.operand(0));
+      text(")");
     } else if (is_binary_kind(op)) {
-      out_.print("(");
-      operand(e.operand(0));
-      out_.print(")%s(", op_symbol(op));
-      operand(e.operand(1));
-      out_.print(")");
+      text("(");
+      sub(e.operand(0));
+      text(std::string(")") + op_symbol(op) + "(");
+      sub(e.operand(1));
+      text(")");
     } else if (op == IF_n) {
-      out_.print(" if (");
-      operand(e.operand(0));
-      out_.print(") then (");
-      operand(e.operand(1));
-      out_.print(") else (");
-      operand(e.operand(2));
-      out_.print(")");
+      text(" if (");
+      sub(e.operand(0));
+      text(") then (");
+      sub(e.operand(1));
+      text(") else (");
+      sub(e.operand(2));
+      text(")");
     } else if (is_nary_kind(op)) {
-      out_.print("%s(", op_symbol(op));
-      operand_list(e.operands);
-      out_.print(")");
+      text(std::string(op_symbol(op)) + "(");
+      list(e.operands);
+      text(")");
     } else if (op == ICL_n) {
       std::vector<Ratio> coefs;
       for (int c : e.icoefs) coefs.push_back({c, 1});
@@ -74,85 +139,75 @@ class ExpPrinter {
       for (const Fract& c : e.rcoefs) coefs.push_back({c.numerator(), c.denominator()});
       linear(e.operands, coefs, {e.rconst.numerator(), e.rconst.denominator()});
     } else if (op == PROJ_n) {
-      out_.print("proj(%d)(", e.projection_order());
-      operand(e.operand(0));
-      out_.print(")");
+      text("proj(");
+      text(std::to_string(e.projection_order()));
+      text(")(");
+      sub(e.operand(0));
+      text(")");
     } else if (op == CALL_n) {
       const Exp* args = e.operand(0)->op == TUPLE_n ? e.operand(0) : &e;
-      out_.print("%s(", names_.text(e.function_name()));
-      operand_list(args->operands);
-      out_.print(")");
+      text(std::string(names_.text(e.function_name())) + "(");
+      list(args->operands);
+      text(")");
     } else {
       internal_error("file 'net':\nExp::%s '%s' is not implemented\n", who(), op_name(op));
     }
+    todo_.insert(todo_.end(), std::make_move_iterator(seq_.rbegin()),
+                 std::make_move_iterator(seq_.rend()));
   }
 
-  /// Named operands by name; anonymous ones written out in place.
-  void operand(Exp* e) {
-    if (e->ident) {
-      out_.print("%s", names_.text(e->ident));
-    } else if (!guarded_) {
-      node(*e);
-    } else if (e->get_mark(key_)) {
-      out_.print("WARNING : RECURSION ");
-    } else {
-      e->set_mark(key_, 1);
-      node(*e);
-      e->set_mark(key_, 0);
-    }
-  }
-
- private:
-  const char* who() const { return guarded_ ? "Iprint_def" : "print_def"; }
-
-  void operand_list(const std::vector<Exp*>& operands) {
-    for (size_t i = 0; i < operands.size(); ++i) {
-      if (i) out_.print(", ");
-      operand(operands[i]);
-    }
-  }
-
-  // c0*x0 +c1*x1 ... +k, with unit coefficients and a zero constant elided.
+  // c0*x0 +c1*x1 ... +k, with unit coefficients and a zero constant elided;
+  // each number is a piece of its own.
   void linear(const std::vector<Exp*>& operands, const std::vector<Ratio>& coefs, Ratio constant) {
     if (operands.empty()) {
-      print_signed(out_, constant, "");
+      text(signed_text(constant));
       return;
     }
     for (size_t i = 0; i < operands.size(); ++i) {
       Ratio c = coefs[i];
       if (i == 0) {
-        if (c.is(-1))
-          out_.print("-");
-        else if (!c.is(1))
-          print_signed(out_, c, "*");
+        if (c.is(-1)) {
+          text("-");
+        } else if (!c.is(1)) {
+          text(signed_text(c));
+          text("*");
+        }
       } else {
-        out_.print(c.negative() ? " -" : " +");
-        if (!c.is(1) && !c.is(-1)) print_magnitude(out_, c, "", "*");
+        text(c.negative() ? " -" : " +");
+        if (!c.is(1) && !c.is(-1)) {
+          text(magnitude_text(c));
+          text("*");
+        }
       }
-      operand(operands[i]);
+      sub(operands[i]);
     }
-    if (!constant.is(0)) print_magnitude(out_, constant, constant.negative() ? " -" : " +", "");
+    if (constant.is(0)) return;
+    text(constant.negative() ? " " : " +");
+    text(signed_text(constant));
   }
 
   PtyStream& out_;
   const SymbolTable& names_;
   bool guarded_;
   int key_;
+  /// Steps still to do; the next is at the back.
+  std::vector<Step> todo_;
+  std::vector<Step> seq_;
 };
 
 }  // namespace
 
 void Exp::print_def(PtyStream& out, const SymbolTable& names) const {
-  ExpPrinter(out, names, false, 0).node(*this);
+  ExpPrinter(out, names, false, 0).print_node(*this);
 }
 
 void Exp::Iprint_def(PtyStream& out, const SymbolTable& names, int key) {
-  ExpPrinter(out, names, true, key).node(*this);
+  ExpPrinter(out, names, true, key).print_node(*this);
 }
 
 void print_exp(Exp* e, const SymbolTable& names) {
   PtyStream out(80);
-  ExpPrinter(out, names, true, new_pass_key()).operand(e);
+  ExpPrinter(out, names, true, new_pass_key()).print_operand(e);
 }
 
 void Net::write_params(const IndexList* params, PtyStream& out) {

@@ -1,5 +1,8 @@
 // Types and clocks of expression nodes, derived on demand from one operand
-// (or a declaration) per operator kind and cached in the node.
+// (or a declaration) per operator kind and cached in the node. Both walk
+// with an explicit stack: a left-nested sum of a million terms is a chain
+// of a million nodes, far deeper than the call stack allows.
+#include <utility>
 #include <vector>
 
 #include "net/net.h"
@@ -12,80 +15,113 @@ QvType type_in_progress;
 // The same for clocks: -1 means "not computed", so this is another value.
 constexpr int kClockInProgress = -2;
 
+// Kinds whose value is a Boolean whatever their operands are.
+bool gives_bool(OpKind op) { return (op >= EQUAL_n && op <= LT_n) || op == NOR_n || op == DIESE_n; }
+
+// The operands whose types decide the type of `e`, as a range of indexes.
+std::pair<int, int> type_sources(const Exp* e) {
+  if (gives_bool(e->op)) return {0, 0};
+  switch (e->op) {
+    case CALL_n:
+    case RCL_n:
+    case ICL_n:
+      return {0, 0};
+    case IF_n:
+      return {1, 2};
+    case TUPLE_n:
+      return {0, e->arity()};
+    default:
+      return {0, e->arity() > 0 ? 1 : 0};
+  }
+}
+
 }  // namespace
 
-QvType* Net::type(Exp* e) {
-  if (e->type == &type_in_progress) internal_error("Net::type : infinite loop");
-  if (e->type) return e->type;
-  e->type = &type_in_progress;
-  QvType* t = nullptr;
+// Once every source of a node is typed, its own type follows from them.
+QvType* Net::type_from_sources(Exp* e) {
+  if (gives_bool(e->op)) return bool_type;
   switch (e->op) {
-    case EQUAL_n:
-    case NEQ_n:
-    case GTE_n:
-    case GT_n:
-    case LTE_n:
-    case LT_n:
-    case NOR_n:
-    case DIESE_n:
-      t = bool_type;
-      break;
     case IF_n:
-      t = type(e->operand(1));
-      break;
+      return e->operand(1)->type;
     case CALL_n: {
       FuncInfo* f = func_info(e->param);
       if (!f) error("Net::type : undeclared function '%s'\n", strings->text(e->param));
-      t = f->out_type;
-      break;
+      return f->out_type;
     }
     case TUPLE_n: {
       std::vector<int> names;
       for (Exp* operand : e->operands) {
-        QvType* member = type(operand);
-        if (member->is_tuple) error("Net::type : a tuple cannot be a member of a tuple\n");
-        names.push_back(member->name);
+        if (operand->type->is_tuple) error("Net::type : a tuple cannot be a member of a tuple\n");
+        names.push_back(operand->type->name);
       }
-      t = tuple_type(names.data(), e->arity());
-      break;
+      return tuple_type(names.data(), e->arity());
     }
     case PROJ_n: {
-      IndexList* members = type(e->operand(0))->member();
+      IndexList* members = e->operand(0)->type->member();
       int name = 0;
       if (e->param < 1 || IndexList::nth(members, e->param - 1, &name))
         error("Net::type : a tuple of %d members has no member %d\n", IndexList::length(members),
               e->param);
-      t = named_type(name);
-      break;
+      return named_type(name);
     }
     case RCL_n:
-      t = real_type;
-      break;
+      return real_type;
     case ICL_n:
-      t = int_type;
-      break;
+      return int_type;
     default:
       if (e->arity() == 0)
         internal_error("file net_types:\nNet::type '%s' is not implemented\n", op_name(e->op));
-      t = type(e->operand(0));
+      return e->operand(0)->type;
   }
-  return e->type = t;
 }
 
-int Net::clock(Exp* e) {
-  if (e->clock == kClockInProgress) internal_error("file net_types:\nNet::clock : infinite loop\n");
-  if (e->clock != -1) return e->clock;
-  if (e->op == CURRENT_n)
-    internal_error("file net_types:\nNet::clock 'CURRENT_n' is not implemented\n");
+QvType* Net::type(Exp* root) {
+  if (root->type == &type_in_progress) internal_error("Net::type : infinite loop");
+  if (root->type) return root->type;
+  // Each frame is a node in progress and the next of its sources to visit.
+  std::vector<std::pair<Exp*, int>> pending{{root, type_sources(root).first}};
+  root->type = &type_in_progress;
+  while (!pending.empty()) {
+    auto& [e, next] = pending.back();
+    if (next < type_sources(e).second) {
+      Exp* source = e->operand(next++);
+      if (source->type == &type_in_progress) internal_error("Net::type : infinite loop");
+      if (!source->type) {
+        source->type = &type_in_progress;
+        pending.emplace_back(source, type_sources(source).first);
+      }
+      continue;
+    }
+    e->type = type_from_sources(e);
+    pending.pop_back();
+  }
+  return root->type;
+}
+
+int Net::clock(Exp* root) {
+  // The clock comes down the chain of first operands to a node that knows
+  // or decides it; every node on the way then takes it.
+  std::vector<Exp*> chain;
   int c = -1;
-  if (e->op == WHEN_n) {
-    c = e->operand(1)->ident;
-    if (c == 0) error("The clock operand of 'when' operator must be named\n");
-  } else {
+  for (Exp* e = root;; e = e->operand(0)) {
+    if (e->clock == kClockInProgress) internal_error("file net_types:\nNet::clock : infinite loop\n");
+    if (e->clock != -1) {
+      c = e->clock;
+      break;
+    }
+    if (e->op == CURRENT_n)
+      internal_error("file net_types:\nNet::clock 'CURRENT_n' is not implemented\n");
+    if (e->op == WHEN_n) {
+      c = e->operand(1)->ident;
+      if (c == 0) error("The clock operand of 'when' operator must be named\n");
+      chain.push_back(e);
+      break;
+    }
     if (e->arity() == 0)
       internal_error("file net_types:\nNet::clock '%s' is not implemented\n", op_name(e->op));
     e->clock = kClockInProgress;
-    c = clock(e->operand(0));
+    chain.push_back(e);
   }
-  return e->clock = c;
+  for (Exp* e : chain) e->clock = c;
+  return c;
 }

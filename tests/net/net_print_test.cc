@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "tests/net/net_fixture.h"
 
 namespace {
@@ -35,6 +37,14 @@ TEST_F(NetPrint, LinearForms) {
   EXPECT_EQ(def_text(net.new_rcl({x, y}, {Fract(1, 2), Fract(-3, 4)}, Fract(-5, 2))),
             "1/2*x -3/4*y -5/2");
   EXPECT_EQ(def_text(net.new_rcl({x, y}, {Fract(-1), Fract(1)}, Fract(1, 3))), "-x +y +1/3");
+  // A coefficient is a piece of its own, so a line may break before its "*".
+  Exp* form = net.new_icl({x, y}, {2, -3}, -5);
+  std::string dots(78, '.');
+  EXPECT_EQ(printed([&](PtyStream& out) {
+              out.print("%s", dots.c_str());
+              form->print_def(out, names);
+            }),
+            dots + "2\n*x -3*y -5");
 }
 
 TEST_F(NetPrint, NodesThatCannotBePrintedStop) {
@@ -133,6 +143,18 @@ TEST_F(NetPrint, EmptyNetPrintsNothingAndANodeEndsWithTel) {
   net.add_output(id("b"), net.int_type, net.true_name);
   EXPECT_EQ(printed([&](PtyStream& s) { net.print_program(s, false); }),
             "node n( a : int) returns (b : int);\nlet\ntel\n");
+}
+
+TEST_F(NetPrint, DeepChainsPrintWithoutExhaustingTheStack) {
+  Exp* a = input("a", net.int_type);
+  const int depth = 300000;
+  Exp* sum = a;
+  for (int i = 0; i < depth; ++i) sum = op(PLUS_n, {sum, a});
+  std::string text = def_text(sum);
+  text.erase(std::remove(text.begin(), text.end(), '\n'), text.end());
+  std::string want = std::string(depth, '(') + "a";
+  for (int i = 0; i < depth; ++i) want += ")+(a)";
+  EXPECT_EQ(text, want);
 }
 
 }  // namespace

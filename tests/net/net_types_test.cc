@@ -86,4 +86,16 @@ TEST_F(NetTypes, ClocksFollowTheFirstOperandOrTheWhenCondition) {
   EXPECT_EXIT(net.clock(current), ExitedWithCode(1), "Net::clock 'CURRENT_n' is not implemented");
 }
 
+// A left-nested sum parses without growing the parser's stack, so its depth
+// is bounded only by the file's size.
+TEST_F(NetTypes, DeepChainsDoNotExhaustTheStack) {
+  net.add_input(id("a"), net.int_type, id("c"));
+  Exp* a = net.ident_info(id("a"))->ref;
+  Exp* sum = a;
+  for (int i = 0; i < 1000000; ++i) sum = op(PLUS_n, {sum, a});
+  EXPECT_EQ(net.type(sum), net.int_type);
+  EXPECT_EQ(net.clock(sum), id("c"));
+  EXPECT_EQ(sum->operand(0)->operand(0)->clock, id("c"));
+}
+
 }  // namespace
