@@ -51,8 +51,13 @@ Exp* convert(Net* net, Conversion conversion, Exp* e) {
   int function = strings->intern("%s", row.function);
   if (row.pending) {
     row.pending = false;
-    declare_function(net, function, param_pair(strings->intern("x"), strings->intern("%s", row.from)),
-                     param_pair(strings->intern("y"), strings->intern("%s", row.to)));
+    // Interned in the order a written declaration would read them, so the
+    // string numbers do not depend on the order arguments are evaluated in.
+    int x = strings->intern("x");
+    int from = strings->intern("%s", row.from);
+    int y = strings->intern("y");
+    int to = strings->intern("%s", row.to);
+    declare_function(net, function, param_pair(x, from), param_pair(y, to));
   }
   return net->new_call(function, e);
 }
