@@ -240,6 +240,19 @@ TEST(StepCycle, NilOutputReportedOnce) {
             "f  #1  \n");
 }
 
+TEST(StepCycle, EmptyNameListsInTheInterfaceLine) {
+  // The grammar asks for one input and one output at least, but the line
+  // must not depend on it.
+  Loaded l("node n (a : bool) returns (y : bool); let y = a; tel\n");
+  l.program->input_names.clear();
+  FakeInputs in;
+  CountingOutputs out;
+  StepCycle cycle(*l.program, in, out);
+  EXPECT_EQ(traced([&] { cycle.trace_header(); }), "#program n\n#() returns (y)\n");
+  l.program->output_names.clear();
+  EXPECT_EQ(traced([&] { cycle.trace_header(); }), "#program n\n#() returns ()\n");
+}
+
 TEST(StepCycle, LongChainStepsAndResets) {
   // A long chain of equations, each one the previous plus one.
   constexpr int kLength = 20000;
