@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 /// One chunk of a chunked array; the array is its first chunk.
 template <typename T>
@@ -32,15 +33,23 @@ class ChunkArray {
 
   /// The slot at `index` relative to this chunk, creating successors as needed.
   T* chunk_at(int index) {
-    ChunkArray* c = this;
-    while (index >= c->capacity) {
+    if (index < capacity) {
+      if (index > high) high = index;
+      return &slots[index];
+    }
+    // Programs with a million names index far past the first chunk; the
+    // directory of successors makes that a lookup instead of a walk.
+    const int ahead = index / capacity;
+    while (static_cast<int>(successors_.size()) < ahead) {
+      ChunkArray* c = successors_.empty() ? this : successors_.back();
       if (!c->next) {
         c->high = c->capacity - 1;
         c->next = new ChunkArray(c->capacity, c->zeroed, c->base + c->capacity);
       }
-      index -= c->capacity;
-      c = c->next;
+      successors_.push_back(c->next);
     }
+    ChunkArray* c = successors_[ahead - 1];
+    index -= ahead * capacity;
     if (index > c->high) c->high = index;
     return &c->slots[index];
   }
@@ -55,4 +64,6 @@ class ChunkArray {
 
  private:
   bool zeroed;
+  /// successors_[k] is the chunk k + 1 places after this one; not owned.
+  std::vector<ChunkArray*> successors_;
 };
