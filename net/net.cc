@@ -241,6 +241,12 @@ void Net::add_assert(Exp* e) {
 void Net::define(int name, Exp* e) {
   IdentInfo* info = ident_info(name);
   if (!info) error("Net::define : undeclared variable '%s'\n", strings->text(name));
+  // An equation for an input or a constant would silently replace its
+  // value, and a second one for a variable would silently win.
+  if (info->kind != ID_OUTPUT && info->kind != ID_LOCAL) {
+    error("Net::define : '%s' is not an output or a local variable\n", strings->text(name));
+  }
+  if (info->def) error("Net::define : variable '%s' is defined twice\n", strings->text(name));
   info->def = e;
   e->type = info->type;
   e->clock = info->clock;
