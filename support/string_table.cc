@@ -162,6 +162,12 @@ int SymbolTable::find_check(int* number, const char* fmt, ...) {
   return 1;
 }
 
+const char* SymbolTable::text(int number) const {
+  if (number < 1 || number > count_)
+    internal_error("file 'string_table':\nSymbolTable::text : no string number %d\n", number);
+  return *texts_.chunk_at(number - 1);
+}
+
 void SymbolTable::print() {
   for (int n = 1; n <= count_; ++n) printf("symbol[%3d]= \"%s\"\n", n, text(n));
 }

@@ -64,7 +64,9 @@ class SymbolTable {
   int find(const char* fmt, ...) KORVEL_PRINTF(2, 3);
   /// 1 and the number when found, 0 otherwise.
   int find_check(int* number, const char* fmt, ...) KORVEL_PRINTF(3, 4);
-  const char* text(int number) const { return *texts_.chunk_at(number - 1); }
+  /// The text of a string number given out so far; any other number is a
+  /// broken invariant that stops the process.
+  const char* text(int number) const;
   int count() const { return count_; }
 
   /// One line per string, in number order, on standard output.
