@@ -65,14 +65,21 @@ Net::~Net() {
 
 // ---- Types ----
 
-QvType* Net::named_type(int name) {
-  for (QvType* t = types; t; t = t->next)
-    if (!t->is_tuple && t->name == name) return t;
+QvType* Net::new_type() {
   QvType& t = type_store_.emplace_back();
-  t.name = name;
   t.next = types;
   types = &t;
   return &t;
+}
+
+// Both kinds of descriptor are found through an index rather than along
+// the list, so a program declaring many types loads in linear time.
+QvType* Net::named_type(int name) {
+  QvType*& known = *named_types_.chunk_at(name);
+  if (known) return known;
+  known = new_type();
+  known->name = name;
+  return known;
 }
 
 QvType* Net::tuple_type(IndexList* names) {
@@ -81,18 +88,17 @@ QvType* Net::tuple_type(IndexList* names) {
     delete names;
     return named_type(name);
   }
-  for (QvType* t = types; t; t = t->next) {
-    if (t->is_tuple && IndexList::equal(t->members, names)) {
-      delete names;
-      return t;
-    }
+  std::vector<int> key;
+  for (const IndexList* n = names; n; n = n->next) key.push_back(n->value);
+  QvType*& known = tuple_types_[std::move(key)];
+  if (known) {
+    delete names;
+    return known;
   }
-  QvType& t = type_store_.emplace_back();
-  t.is_tuple = 1;
-  t.members = names;
-  t.next = types;
-  types = &t;
-  return &t;
+  known = new_type();
+  known->is_tuple = 1;
+  known->members = names;
+  return known;
 }
 
 QvType* Net::tuple_type(const int* names, int n) {
@@ -114,7 +120,7 @@ void Net::declare_enum_type(int name, IndexList* consts) {
   for (IndexList* c = consts; c; c = c->next) {
     --position;
     IdentInfo* info = new_ident(c->value, ID_ENUM_CONST, t, true_name);
-    info->value = IndexList::length(usr_consts);
+    info->value = n_usr_consts;
     info->number = position;
     info->def = info->ref = new_leaf(CONST_n, c->value, t, true_name);
     t->enum_consts[position] = info;
@@ -138,7 +144,7 @@ IdentInfo* Net::new_ident(int name, IdentKind kind, QvType* type, int clock) {
 
 void Net::add_usr_const(int name, QvType* type, int clock) {
   IdentInfo* info = new_ident(name, ID_USR_CONST, type, clock);
-  info->value = IndexList::length(usr_consts);
+  info->value = n_usr_consts;
   info->def = info->ref = new_leaf(CONST_n, name, type, clock);
   IndexList::append(&usr_consts, name);
   IndexList::append(&type->consts, name);
@@ -150,7 +156,7 @@ void Net::add_usr_proc(int name, QvType* in_type, QvType* out_type, IndexList* i
   FuncInfo& f = func_store_.emplace_back();
   f.name = strings->text(name);
   f.kind = 1;
-  f.index = IndexList::length(usr_procs);
+  f.index = n_usr_procs;
   f.in_type = in_type;
   f.out_type = out_type;
   f.in_params = in_params;
@@ -229,7 +235,7 @@ Exp* Net::real_literal(int name) {
 }
 
 void Net::add_assert(Exp* e) {
-  int name = strings->intern("__assert_%d", IndexList::length(asserts));
+  int name = strings->intern("__assert_%d", n_asserts);
   IdentInfo* info = new_ident(name, ID_ASSERT, bool_type, clock(e));
   info->def = e;
   e->type = info->type;
@@ -272,6 +278,7 @@ FuncInfo* Net::func_info(int name) {
 // ---- Nodes ----
 
 Exp* Net::new_node(Exp&& e) {
+  made_size_ += 1 + e.operands.size();
   nodes_.push_back(std::move(e));
   return &nodes_.back();
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <deque>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -136,6 +137,8 @@ class Net {
   Exp* new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract constant);
   /// A blank ERROR_n node (see NetCtr).
   Exp* new_blank();
+  /// Nodes made so far plus the operands they hold: what the net has grown by.
+  size_t made_size() const { return made_size_; }
 
   /// Cached, on-demand type and clock of a node.
   QvType* type(Exp* e);
@@ -180,6 +183,8 @@ class Net {
 
  private:
   IdentInfo* new_ident(int name, IdentKind kind, QvType* type, int clock);
+  /// A blank descriptor at the head of `types`.
+  QvType* new_type();
   /// The type of a node whose operands that decide it are typed already.
   QvType* type_from_sources(Exp* e);
   Exp* new_node(Exp&& e);
@@ -188,7 +193,11 @@ class Net {
 
   std::deque<Exp> nodes_;
   std::deque<QvType> type_store_;
+  /// Named types by name, tuple types by their members' type names.
+  ChunkArray<QvType*> named_types_{200, true};
+  std::map<std::vector<int>, QvType*> tuple_types_;
   std::deque<IdentInfo> ident_store_;
   std::deque<FuncInfo> func_store_;
   std::vector<std::unique_ptr<IndexList>> tuple_name_lists_;
+  size_t made_size_ = 0;
 };
