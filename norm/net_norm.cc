@@ -21,7 +21,16 @@ void NormNet::build() {
   rebuild();
 }
 
+// A subexpression is translated once per occurrence, and some rules
+// (current, held) translate their operand twice: nesting them makes the
+// normal form exponentially larger than the program. Normal programs grow
+// by a small factor; past this bound the load is refused, not left to
+// exhaust the memory.
+constexpr size_t kGrowth = 16;
+constexpr size_t kGrowthFloor = size_t{1} << 20;
+
 void NormNet::normalise_all() {
+  size_budget_ = kGrowth * made_size() + kGrowthFloor;
   const size_t slots = static_cast<size_t>(strings->count()) + 1;
   for (std::vector<Exp*>* table : {&init_memo, &activation_memo, &xdef, &held_def, &resolved_}) {
     table->assign(slots, nullptr);
@@ -48,6 +57,7 @@ void NormNet::normalise(int name) {
   IdentInfo* info = ident_info(name);
   if (!info) error("NormNet::normalise : undeclared variable '%s'", strings->text(name));
   if (!info->def) error("NormNet::normalise : undefined variable '%s'", strings->text(name));
+  normalising_ = name;
   xdef[name] = net_norm::Ximpl(*this, info->def);
   Exp* a = activation(info->clock);
   held_def[name] = a == true_exp ? xdef[name] : make(IF_n, a, xdef[name], bottom_exp);
@@ -111,6 +121,10 @@ Exp* NormNet::make(OpKind kind, const std::vector<Exp*>& operands, int param) {
   }
   ++n_nodes;
   Exp* e = new_exp(kind, operands, param);
+  if (size_budget_ && made_size() > size_budget_) {
+    error("NormNet::normalise : the normal form of '%s' grows past %zu nodes and operands",
+          strings->text(normalising_), size_budget_);
+  }
   e->class_no = 1;
   cells_.push_back(Cell{e, made});
   made = &cells_.back();

@@ -83,6 +83,10 @@ class NormNet : public Net {
   void leave_walk(const std::vector<int>& names);
 
   std::deque<Cell> cells_;
+  /// Bound on made_size() while normalising; 0 = none.
+  size_t size_budget_ = 0;
+  /// The name being normalised, for the message when the bound is passed.
+  int normalising_ = 0;
   /// through_ref's answer per output or local, once known.
   std::vector<Exp*> resolved_;
   /// Names on the chain being walked by through_ref or activation.
