@@ -87,16 +87,16 @@ Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(list)); 
 %token <text> XBool 260 XFalse 266 XIConst 268 XIdf 269 XInt 271 XRConst 282 XReal 283
 %token <text> XTrue 288
 
-%nonassoc XIf XThen XElse
+%precedence XElse
 %left XArrow
 %left XOr XXor
 %left XAnd
 %nonassoc XImpl '=' XNe '<' XLe XGe '>'
-%nonassoc XNot
+%precedence XNot
 %left '+' '-'
 %left '*' '/' '%' XMod XDiv
 %left XWhen XPower
-%nonassoc UMINUS XInt XReal XPre XCurrent
+%precedence UMINUS XInt XReal XPre XCurrent
 
 %type <name> type predefined_type named_type clock ident
 %type <names> ident_list params param
