@@ -1,5 +1,7 @@
 // The Boolean simplification, row by row; each operand is one of the
 // constants T and F, the Boolean inputs c, a, b, or the integer input x.
+// That it runs during normalisation, and only when asked, korvel-run shows
+// (tests/cli/cases/norm_print and norm_stats).
 #include <gtest/gtest.h>
 
 #include "loaded_net.h"
@@ -76,33 +78,10 @@ TEST(BoolSimplifyTest, TableRowByRow) {
     const int requests = net.n_requests;
     Exp* result = net.make(row.kind, operands);
     const std::string what = std::string(op_name(row.kind)) + " " + row.operands;
-    EXPECT_EQ(exp_text(result, loaded.table), row.result) << what;
+    EXPECT_EQ(stdout_of([&] { print_exp(result, loaded.table); }), row.result) << what;
     EXPECT_EQ(net.n_nodes - nodes, row.made) << what;
     EXPECT_EQ(net.n_requests - requests, row.requests) << what;
   }
-}
-
-TEST(BoolSimplifyTest, OffByDefault) {
-  LoadedNet loaded("node n (a : bool) returns (y : bool);\nlet y = a; tel\n");
-  Exp* e = loaded.net->make(AND_n, loaded.net->true_exp, loaded.net->false_exp);
-  EXPECT_EQ(e->op, AND_n);
-  EXPECT_EQ(loaded.net->n_nodes, 1);
-}
-
-// Conditions of clocks on clocks fold into conjunctions.
-TEST(BoolSimplifyTest, AppliesDuringNormalisation) {
-  LoadedNet loaded(
-      "node n (c : bool; (d : bool) when c; (x : int) when d) returns ((y : int) when d);\n"
-      "let y = x -> 0; tel\n",
-      0, 1);
-  loaded.net->build();
-  EXPECT_EQ(loaded.printed(),
-            "\n***********NORMALISATION\nOUTPUTS :\n"
-            "y =  if ((c)and(d)) then ( if (init((c)and(d))) then (x) else (0)) else (bottom\n"
-            ")\n"
-            "LOCALS :\nASSERTIONS :\n");
-  EXPECT_EQ(loaded.net->n_requests, 5);
-  EXPECT_EQ(loaded.net->n_nodes, 4);
 }
 
 }  // namespace

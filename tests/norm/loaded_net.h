@@ -7,9 +7,7 @@
 
 #include "norm/net_norm.h"
 #include "support/string_table.h"
-
-/// Writes `source` to a fresh file under the test temporary folder.
-std::string write_program(const std::string& source);
+#include "tests/common/test_io.h"
 
 struct LoadedNet {
   /// Parses `source` (the parse must succeed) without building.
@@ -18,13 +16,14 @@ struct LoadedNet {
   /// The name's final node after `net->build()`.
   Exp* final(const char* name);
   /// What `NormNet::print` writes.
-  std::string printed();
+  std::string printed() {
+    return stdout_of([&] { net->print(); });
+  }
   /// What `NormNet::print_classes` writes.
-  std::string classes();
+  std::string classes() {
+    return stdout_of([&] { net->print_classes(); });
+  }
 
   SymbolTable table;
   std::unique_ptr<NormNet> net;
 };
-
-/// What print_exp writes for `e`.
-std::string exp_text(Exp* e, const SymbolTable& table);
