@@ -1,4 +1,4 @@
-#include "tests/gui/x_screen.h"
+#include "tests/common/x_screen.h"
 
 #include <X11/XKBlib.h>
 #include <X11/Xutil.h>
@@ -80,11 +80,15 @@ void XScreen::point_at(Window window) {
   XSync(display_, False);
 }
 
+void XScreen::button(bool down) {
+  XTestFakeButtonEvent(display_, 1, down, CurrentTime);
+  XSync(display_, False);
+}
+
 void XScreen::click(Window window) {
   point_at(window);
-  XTestFakeButtonEvent(display_, 1, True, CurrentTime);
-  XTestFakeButtonEvent(display_, 1, False, CurrentTime);
-  XSync(display_, False);
+  button(true);
+  button(false);
 }
 
 void XScreen::key_code(KeySym keysym, bool shift, bool control) {

@@ -1,6 +1,7 @@
-// Drives another client's windows with real input events through XTest,
-// finding widgets by the window tree: a window's children, sorted from top
-// to bottom, are the items of an Athena Form in the order they were added.
+// Drives windows, another client's or the test's own, with real input
+// events through XTest, finding widgets by the window tree: a window's
+// children, sorted from top to bottom, are the items of an Athena Form in
+// the order they were added.
 #pragma once
 
 // GoogleTest first: the X headers define macros such as None and Bool.
@@ -27,11 +28,13 @@ class XScreen {
   /// The items of a shell's Form, top to bottom.
   std::vector<Window> items(Window shell) { return children(children(shell).at(0)); }
 
-  /// Button 1 pressed and released at the centre of `window`, after the
-  /// window's top-level has been raised above the others.
+  /// Button 1 pressed and released at the centre of `window`.
   void click(Window window);
-  /// Moves the pointer into `window`; keys then go to it.
+  /// Moves the pointer to the centre of `window`, after raising the
+  /// window's top-level above the others; keys then go to it.
   void point_at(Window window);
+  /// Presses or releases button 1 where the pointer is.
+  void button(bool down);
   /// Presses and releases the keys that type `text`.
   void type(const std::string& text);
   /// A key by keysym name, with Control held when `control`.

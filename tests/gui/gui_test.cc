@@ -1,13 +1,13 @@
 // The real korvel on a private X server, driven through its windows with
 // XTest events; the trace on standard output is compared byte for byte.
-#include "tests/gui/x_screen.h"
-
 #include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
+#include <sstream>
 #include <string>
 
+#include "tests/common/x_screen.h"
 #include "tests/gui/child_process.h"
 
 namespace {
@@ -58,6 +58,31 @@ class Session {
     screen_.click(screen_.children(input_items_.at(1 + input)).at(1 + choice));
   }
   void reset() { screen_.click(main_items_.at(0)); }
+  /// Runs space-separated actions: step, mode, reset, press:I, choose:I:K,
+  /// type:I:TEXT (a field's new text) and enter:I:TEXT (the same, then Return).
+  void perform(const std::string& script) {
+    std::istringstream words(script);
+    for (std::string word; words >> word;) {
+      const std::string verb = word.substr(0, word.find(':'));
+      const std::string rest = word.substr(std::min(word.size(), verb.size() + 1));
+      const std::string text = rest.substr(std::min(rest.size(), rest.find(':') + 1));
+      const int input = rest.empty() ? 0 : std::stoi(rest);
+      if (verb == "step")
+        step();
+      else if (verb == "mode")
+        mode();
+      else if (verb == "reset")
+        reset();
+      else if (verb == "press")
+        press(input);
+      else if (verb == "choose")
+        choose(input, std::stoi(text));
+      else if (verb == "type" || verb == "enter")
+        enter(input, text, verb == "enter");
+      else
+        ADD_FAILURE() << "unknown action " << word;
+    }
+  }
   /// Quits and returns the exit status.
   int quit() {
     screen_.click(main_items_.at(1));
@@ -78,168 +103,112 @@ class Session {
   std::vector<Window> output_items_;
 };
 
-const char kMixHeader[] = "#program mix\n#(b, n, x) returns (c, y, seen)\n";
+const std::string kMix = "#program mix\n#(b, n, x) returns (c, y, seen)\n";
 
-TEST(GuiTest, QuitEndsWithStatusZeroAndNoTrace) {
-  Session s("mix", "mix");
-  ASSERT_NO_FATAL_FAILURE(s.open());
-  EXPECT_EQ(s.input_rows(), 5u);
-  EXPECT_EQ(s.output_rows(), 3u);
-  EXPECT_EQ(s.quit(), 0);
-  EXPECT_EQ(s.trace(), kMixHeader);
-  EXPECT_EQ(s.errors(), "");
-}
+// One run of korvel through its windows: what the user does, then the
+// trace and the diagnostics it must leave once Quit ends it with status 0.
+struct Scenario {
+  const char* name;
+  const char* program;
+  const char* node;
+  size_t inputs, outputs;
+  const char* actions;
+  std::string trace;
+  const char* errors;
+};
 
-TEST(GuiTest, StepAndBoolPulseInAutoStep) {
-  Session s("mix", "mix");
-  ASSERT_NO_FATAL_FAILURE(s.open());
-  s.step();
-  s.press(0);
-  s.step();
-  EXPECT_EQ(s.quit(), 0);
-  EXPECT_EQ(s.trace(), std::string(kMixHeader) +
-                           "#step 1\nf  0  0.000000  #0  0.000000  f  \n"
-                           "#step 2\nt  0  0.000000  #0  0.000000  t  \n"
-                           "#step 3\nf  0  0.000000  #0  0.000000  f  \n");
-}
-
-TEST(GuiTest, ReturnInFieldStepsInAutoStep) {
-  Session s("mix", "mix");
-  ASSERT_NO_FATAL_FAILURE(s.open());
-  s.enter(1, "5", true);
-  s.enter(2, "-1.25", true);
-  s.enter(1, "12abc", false);
-  s.step();
-  EXPECT_EQ(s.quit(), 0);
-  EXPECT_EQ(s.trace(), std::string(kMixHeader) +
-                           "#step 1\nf  5  0.000000  #5  0.000000  f  \n"
-                           "#step 2\nf  5  -1.250000  #10  -2.500000  f  \n"
-                           "#step 3\nf  12  -1.250000  #22  -2.500000  f  \n");
-}
-
-TEST(GuiTest, ComposeSetsSeveralInputsForOneStep) {
-  Session s("mix", "mix");
-  ASSERT_NO_FATAL_FAILURE(s.open());
-  s.mode();
-  s.press(0);
-  s.press(0);
-  s.press(0);
-  s.enter(1, "3", true);
-  s.enter(2, "1.5", true);
-  s.step();
-  s.step();
-  // Back in Auto Step every bool is released.
-  s.mode();
-  s.step();
-  EXPECT_EQ(s.quit(), 0);
-  EXPECT_EQ(s.trace(), std::string(kMixHeader) +
-                           "#step 1\nt  3  1.500000  #3  3.000000  t  \n"
-                           "#step 2\nt  3  1.500000  #6  3.000000  t  \n"
-                           "#step 3\nf  3  1.500000  #9  3.000000  f  \n");
-}
-
-TEST(GuiTest, BadFieldAbortsTheStepWithoutCountingIt) {
-  Session s("mix", "mix");
-  ASSERT_NO_FATAL_FAILURE(s.open());
-  s.enter(2, "1.5", false);
-  s.enter(1, "x2", false);
-  s.step();
-  s.enter(1, "2x", false);
-  s.step();
-  EXPECT_EQ(s.quit(), 0);
-  EXPECT_EQ(s.trace(), std::string(kMixHeader) +
-                           "#error msg from inputs manager\n"
-                           "#Bad integer value for 'n (int)'\n"
-                           "#aborted\n"
-                           "#step 1\nf  2  1.500000  #2  3.000000  f  \n");
-}
-
-TEST(GuiTest, ResetInComposeKeepsComposeAndClearsInputs) {
-  Session s("mix", "mix");
-  ASSERT_NO_FATAL_FAILURE(s.open());
-  s.mode();
-  s.press(0);
-  s.enter(1, "7", true);
-  s.step();
-  s.reset();
-  s.step();
-  // Still Compose: pressing b runs no step, STEP does.
-  s.press(0);
-  s.step();
-  EXPECT_EQ(s.quit(), 0);
-  EXPECT_EQ(s.trace(), std::string(kMixHeader) +
-                           "#step 1\nt  7  0.000000  #7  0.000000  t  \n"
-                           "#reset\n"
-                           "#step 1\nf  0  0.000000  #0  0.000000  f  \n"
-                           "#step 2\nt  0  0.000000  #0  0.000000  t  \n");
-}
-
-TEST(GuiTest, ChoiceOfAnEnumeratedInputSteps) {
-  Session s("gear", "shift");
-  ASSERT_NO_FATAL_FAILURE(s.open());
-  s.choose(0, 1);
-  s.choose(0, 1);
-  s.choose(0, 0);
-  s.choose(0, 1);
-  // A reset keeps the choice.
-  s.reset();
-  s.step();
-  EXPECT_EQ(s.quit(), 0);
-  EXPECT_EQ(s.errors(), "Warning, external type \"gear\" interpreted as enumerate\n");
-  EXPECT_EQ(s.trace(),
-            "#program shift\n#(g, k) returns (fast, same)\n"
-            "#step 1\nhigh  0  #t  high  \n"
-            "#step 2\nhigh  0  #t  high  \n"
-            "#step 3\nlow  0  #f  low  \n"
-            "#step 4\nhigh  0  #t  high  \n"
+const Scenario kScenarios[] = {
+    {"QuitAloneLeavesOnlyTheHeader", "mix", "mix", 3, 3, "", kMix, ""},
+    {"StepAndBoolPulseInAutoStep", "mix", "mix", 3, 3, "step press:0 step",
+     kMix + "#step 1\nf  0  0.000000  #0  0.000000  f  \n"
+            "#step 2\nt  0  0.000000  #0  0.000000  t  \n"
+            "#step 3\nf  0  0.000000  #0  0.000000  f  \n",
+     ""},
+    {"ReturnInFieldStepsInAutoStep", "mix", "mix", 3, 3,
+     "enter:1:5 enter:2:-1.25 type:1:12abc step",
+     kMix + "#step 1\nf  5  0.000000  #5  0.000000  f  \n"
+            "#step 2\nf  5  -1.250000  #10  -2.500000  f  \n"
+            "#step 3\nf  12  -1.250000  #22  -2.500000  f  \n",
+     ""},
+    // Back in Auto Step every bool is released.
+    {"ComposeSetsSeveralInputsForOneStep", "mix", "mix", 3, 3,
+     "mode press:0 press:0 press:0 enter:1:3 enter:2:1.5 step step mode step",
+     kMix + "#step 1\nt  3  1.500000  #3  3.000000  t  \n"
+            "#step 2\nt  3  1.500000  #6  3.000000  t  \n"
+            "#step 3\nf  3  1.500000  #9  3.000000  f  \n",
+     ""},
+    {"BadFieldAbortsTheStepWithoutCountingIt", "mix", "mix", 3, 3,
+     "type:2:1.5 type:1:x2 step type:1:2x step",
+     kMix + "#error msg from inputs manager\n#Bad integer value for 'n (int)'\n#aborted\n"
+            "#step 1\nf  2  1.500000  #2  3.000000  f  \n",
+     ""},
+    {"BadFieldThenResetInAutoStep", "mix", "mix", 3, 3,
+     "enter:1:4 press:0 enter:2:0.5 enter:1:nope reset enter:1:-2",
+     kMix + "#step 1\nf  4  0.000000  #4  0.000000  f  \n"
+            "#step 2\nt  4  0.000000  #8  0.000000  t  \n"
+            "#step 3\nf  4  0.500000  #12  1.000000  f  \n"
+            "#error msg from inputs manager\n#Bad integer value for 'n (int)'\n#aborted\n"
             "#reset\n"
-            "#step 1\nhigh  0  #t  high  \n");
-}
+            "#step 1\nf  -2  0.000000  #-2  0.000000  f  \n",
+     ""},
+    // Still Compose after the reset: pressing b runs no step, STEP does.
+    {"ResetInComposeKeepsComposeAndClearsInputs", "mix", "mix", 3, 3,
+     "mode press:0 enter:1:7 step reset step press:0 step",
+     kMix + "#step 1\nt  7  0.000000  #7  0.000000  t  \n"
+            "#reset\n"
+            "#step 1\nf  0  0.000000  #0  0.000000  f  \n"
+            "#step 2\nt  0  0.000000  #0  0.000000  t  \n",
+     ""},
+    // A reset keeps the choice.
+    {"ChoiceOfAnEnumeratedInputSteps", "gear", "shift", 2, 2,
+     "choose:0:1 choose:0:1 choose:0:0 choose:0:1 reset step",
+     "#program shift\n#(g, k) returns (fast, same)\n"
+     "#step 1\nhigh  0  #t  high  \n"
+     "#step 2\nhigh  0  #t  high  \n"
+     "#step 3\nlow  0  #f  low  \n"
+     "#step 4\nhigh  0  #t  high  \n"
+     "#reset\n"
+     "#step 1\nhigh  0  #t  high  \n",
+     "Warning, external type \"gear\" interpreted as enumerate\n"},
+};
 
-TEST(GuiTest, UnsupportedTypeIsRefusedBeforeThePanelsOpen) {
-  ChildProcess korvel({KORVEL_BINARY, "-v", program_path("opaque")});
-  EXPECT_EQ(korvel.wait_exit(kTimeoutMs), 1);
-  EXPECT_EQ(korvel.err(), "Sorry, type \"handle\" not implemented\n");
-  EXPECT_EQ(korvel.out(), "");
-}
+void PrintTo(const Scenario& c, std::ostream* out) { *out << c.name; }
 
-TEST(GuiTest, MissingDisplayIsReportedByTheToolkit) {
-  ChildProcess korvel({"/usr/bin/env", "-u", "DISPLAY", KORVEL_BINARY, "-v", program_path("mix")});
-  EXPECT_EQ(korvel.wait_exit(kTimeoutMs), 1);
-  EXPECT_NE(korvel.err().find("Can't open display"), std::string::npos) << korvel.err();
-  EXPECT_EQ(korvel.out(), "");
-}
+class GuiTest : public ::testing::TestWithParam<Scenario> {};
 
-// The batch simulator, given the trace recorded through the windows,
+// Every recorded trace must also replay in the batch simulator, which
 // finds every output as recorded.
-TEST(GuiTest, RecordedTraceReplaysInTheBatchSimulator) {
-  Session s("mix", "mix");
+TEST_P(GuiTest, TraceExitStatusAndReplay) {
+  const Scenario& c = GetParam();
+  Session s(c.program, c.node);
   ASSERT_NO_FATAL_FAILURE(s.open());
-  s.enter(1, "4", true);
-  s.press(0);
-  s.enter(2, "0.5", true);
-  s.enter(1, "nope", true);
-  s.reset();
-  s.enter(1, "-2", true);
+  // The mode button, one row per input and STEP; one row per output.
+  EXPECT_EQ(s.input_rows(), c.inputs + 2);
+  EXPECT_EQ(s.output_rows(), c.outputs);
+  s.perform(c.actions);
   ASSERT_EQ(s.quit(), 0);
-  ASSERT_EQ(s.trace(), std::string(kMixHeader) +
-                           "#step 1\nf  4  0.000000  #4  0.000000  f  \n"
-                           "#step 2\nt  4  0.000000  #8  0.000000  t  \n"
-                           "#step 3\nf  4  0.500000  #12  1.000000  f  \n"
-                           "#error msg from inputs manager\n"
-                           "#Bad integer value for 'n (int)'\n"
-                           "#aborted\n"
-                           "#reset\n"
-                           "#step 1\nf  -2  0.000000  #-2  0.000000  f  \n");
+  ASSERT_EQ(s.trace(), c.trace);
+  EXPECT_EQ(s.errors(), c.errors);
 
   char path[] = "/tmp/korvel-gui-trace-XXXXXX";
   int fd = mkstemp(path);
   ASSERT_GE(fd, 0);
   close(fd);
   std::ofstream(path) << s.trace();
-  ChildProcess check({KORVEL_RUN_BINARY, "--check", program_path("mix"), path});
+  ChildProcess check({KORVEL_RUN_BINARY, "--check", program_path(c.program), path});
   EXPECT_EQ(check.wait_exit(kTimeoutMs), 0) << check.out() << check.err();
   std::remove(path);
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenarios, GuiTest, ::testing::ValuesIn(kScenarios),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+// A missing display is tests/cli/cases/korvel_no_display.
+TEST(GuiRefusal, UnsupportedTypeIsRefusedBeforeThePanelsOpen) {
+  ChildProcess korvel({KORVEL_BINARY, "-v", program_path("opaque")});
+  EXPECT_EQ(korvel.wait_exit(kTimeoutMs), 1);
+  EXPECT_EQ(korvel.err(), "Sorry, type \"handle\" not implemented\n");
+  EXPECT_EQ(korvel.out(), "");
 }
 
 }  // namespace

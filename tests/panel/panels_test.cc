@@ -63,31 +63,47 @@ TEST_F(PanelTest, ItemsStackInOneWidthOfAtLeast300) {
 
 using OutputPanelTest = ToolkitTest;
 
+// The GUI tests read the trace, not the windows: what the output window
+// shows is checked here.
 TEST_F(OutputPanelTest, ShowsAndResetsEveryItem) {
   OutputPanel* panel = make<OutputPanel>(top_level, "node");
-  EvalValue n{}, x{}, c{};
+  EvalValue b{}, n{}, x{}, c{};
+  panel->add_bool("b", &b);
   panel->add_int("n", &n);
   panel->add_real("x", &x);
   panel->add_enum("c", &c);
   panel->finish();
   XtPopup(panel->shell(), XtGrabNone);
   settle();
-  n.i = 42;
-  x.d = 0.5;
+  auto item = [&](const char* name) {
+    return XtNameToWidget(panel->shell(), (std::string("OutputsForm.") + name).c_str());
+  };
+  auto label = [&](const char* name) {
+    return std::string(get_resource<const char*>(item(name), XtNlabel));
+  };
+  auto lit = [&, off = get_resource<Pixel>(item("BoolItem"), XtNbackground)] {
+    return get_resource<Pixel>(item("BoolItem"), XtNbackground) != off;
+  };
+  b.i = 2;
+  n.i = -4;
+  x.d = 3.14159;
   c.s = "green";
   panel->update();
-  auto label = [&](const char* path) {
-    return std::string(get_resource<const char*>(XtNameToWidget(panel->shell(), path), XtNlabel));
-  };
-  EXPECT_EQ(label("OutputsForm.IntItem"), "n : 42");
-  EXPECT_EQ(label("OutputsForm.FloatItem"), "x : 0.500");
-  EXPECT_EQ(label("OutputsForm.EnumItem"), "c : green");
+  EXPECT_TRUE(lit());
+  EXPECT_EQ(label("IntItem"), "n : -4");
+  EXPECT_EQ(label("FloatItem"), "x : 3.142");
+  EXPECT_EQ(label("EnumItem"), "c : green");
+  b.i = 0;
+  panel->update();
+  EXPECT_FALSE(lit());
+  b.i = 1;
+  panel->update();
   panel->reset();
-  EXPECT_EQ(label("OutputsForm.IntItem"), "n : ......");
+  EXPECT_FALSE(lit());
+  EXPECT_EQ(label("IntItem"), "n : ......");
+  EXPECT_EQ(label("FloatItem"), "x : ......");
   // Once shown, a label keeps the panel's width whatever its text.
-  EXPECT_EQ(get_resource<Dimension>(XtNameToWidget(panel->shell(), "OutputsForm.IntItem"),
-                                    XtNwidth),
-            300);
+  EXPECT_EQ(get_resource<Dimension>(item("IntItem"), XtNwidth), 300);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <X11/StringDefs.h>
 #include <X11/Xaw/Form.h>
 #include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
 
 #include "panel/dialog_item.h"
 
@@ -55,30 +54,22 @@ void ToolkitTest::settle() {
   } while (handled);
 }
 
-void ToolkitTest::move_to(Widget widget, int x, int y) {
-  Display* display = XtDisplay(widget);
-  int root_x, root_y;
-  Window child;
-  XTranslateCoordinates(display, XtWindow(widget), DefaultRootWindow(display), x, y, &root_x,
-                        &root_y, &child);
-  XTestFakeMotionEvent(display, -1, root_x, root_y, CurrentTime);
+void ToolkitTest::move_to(Widget widget) {
+  screen.point_at(XtWindow(widget));
   settle();
 }
 
 void ToolkitTest::press() {
-  XTestFakeButtonEvent(XtDisplay(top_level), 1, True, CurrentTime);
+  screen.button(true);
   settle();
 }
 
 void ToolkitTest::release() {
-  XTestFakeButtonEvent(XtDisplay(top_level), 1, False, CurrentTime);
+  screen.button(false);
   settle();
 }
 
 void ToolkitTest::key(const char* keysym) {
-  Display* display = XtDisplay(top_level);
-  KeyCode code = XKeysymToKeycode(display, XStringToKeysym(keysym));
-  XTestFakeKeyEvent(display, code, True, CurrentTime);
-  XTestFakeKeyEvent(display, code, False, CurrentTime);
+  screen.key(keysym);
   settle();
 }

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "tests/common/x_screen.h"
+
 class ToolkitTest : public ::testing::Test {
  protected:
   void SetUp() override;
@@ -18,14 +20,14 @@ class ToolkitTest : public ::testing::Test {
   void show();
   /// Lets the server and the toolkit catch up with everything sent so far.
   void settle();
-  /// Real pointer events through XTest, at a point of `widget`.
-  void move_to(Widget widget, int x, int y);
+  /// Real pointer and key events through XTest, each handled before the
+  /// call returns.
+  void move_to(Widget widget);
   void press();
   void release();
+  void key(const char* keysym);
   /// The colour of one pixel of the widget's window as it is on screen.
   Pixel pixel_at(Widget widget, int x, int y);
-  /// Presses and releases a key, by keysym name.
-  void key(const char* keysym);
 
   /// Items live as long as their widgets: for the whole test program.
   template <class Item, class... Args>
@@ -39,6 +41,7 @@ class ToolkitTest : public ::testing::Test {
   static std::vector<void*>* kept_items;
   static XtAppContext app;
   static Widget top_level;
+  XScreen screen;
   Widget shell = nullptr;
   Widget form = nullptr;
 };
