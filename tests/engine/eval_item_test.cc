@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/eval_items.h"
+#include "tests/common/test_io.h"
 
 namespace {
 
@@ -270,54 +271,47 @@ void advance(const std::vector<EvalItem*>& memories, unsigned step) {
   for (EvalItem* m : memories) m->rewrite();
 }
 
-TEST(MemoryItems, LastValueOnItsClock) {
-  Graph g;
-  EvalItem* v = g.leaf_int(10);
-  EvalItem* clock = g.leaf_bool(false);
-  EvalItem* last = g.make<BLAST_int_EI>({v, clock});
-  const int clocks[] = {0, 1, 0, 1};
-  const int nil_before[] = {1, 1, 0, 0};
-  const int seen[] = {0, 0, 10, 10};
-  for (unsigned step = 1; step <= 4; ++step) {
-    v->value.i = 10 * step - 10;  // 0, 10, 20, 30
-    clock->value.i = clocks[step - 1];
-    run(last, step);
-    EXPECT_EQ(last->status != 0, nil_before[step - 1] != 0) << "step " << step;
-    if (last->status == 0) {
-      EXPECT_EQ(last->value.i, seen[step - 1]) << "step " << step;
+// One row per run of a clock: per step the clock, then what the memory of
+// v = 0, 10, 20, ... reads (in tens, '-' for nil) and the first-instant flag.
+struct ClockRun {
+  const char* clocks;
+  const char* last;
+  const char* init;
+};
+
+const ClockRun kClockRuns[] = {
+    {"0101", "--11", "1100"},
+    {"1111", "-012", "1000"},
+    {"00000", "-----", "11111"},  // a clock never true: nil and true for ever
+};
+
+TEST(MemoryItems, LastValueAndFirstInstantFollowTheClockUntilReset) {
+  for (const ClockRun& c : kClockRuns) {
+    SCOPED_TRACE(c.clocks);
+    Graph g;
+    EvalItem* v = g.leaf_int(0);
+    EvalItem* clock = g.leaf_bool(false);
+    EvalItem* last = g.make<BLAST_int_EI>({v, clock});
+    EvalItem* init = g.make<INIT_bool_EI>({clock});
+    for (unsigned step = 1; c.clocks[step - 1]; ++step) {
+      v->value.i = 10 * int(step - 1);
+      clock->value.i = c.clocks[step - 1] == '1';
+      run(last, step);
+      if (c.last[step - 1] == '-') {
+        EXPECT_EQ(last->status, ST_NIL) << "step " << step;
+      } else {
+        EXPECT_EQ(last->status, 0u) << "step " << step;
+        EXPECT_EQ(last->value.i, 10 * (c.last[step - 1] - '0')) << "step " << step;
+      }
+      EXPECT_EQ(run(init, step)->value.i, c.init[step - 1] - '0') << "step " << step;
+      EXPECT_EQ(init->status, 0u);
+      advance({init, last}, step);
     }
-    advance({last}, step);
+    last->reset_walk();
+    init->reset_walk();
+    EXPECT_EQ(run(last, 1)->status, ST_NIL);
+    EXPECT_EQ(run(init, 1)->value.i, 1);
   }
-  last->reset_walk();
-  EXPECT_EQ(run(last, 1)->status, ST_NIL);
-}
-
-TEST(MemoryItems, NeverTrueClockStaysNilAndInitStaysTrue) {
-  Graph g;
-  EvalItem* never = g.leaf_bool(false);
-  EvalItem* last = g.make<BLAST_double_EI>({g.leaf_real(1.5), never});
-  EvalItem* init = g.make<INIT_bool_EI>({never});
-  for (unsigned step = 1; step <= 5; ++step) {
-    EXPECT_EQ(run(last, step)->status, ST_NIL);
-    EXPECT_EQ(run(init, step)->value.i, 1);
-    EXPECT_EQ(init->status, 0u);
-    advance({init, last}, step);
-  }
-}
-
-TEST(MemoryItems, InitTrueUpToTheFirstClockedStepAndAfterReset) {
-  Graph g;
-  EvalItem* clock = g.leaf_bool(false);
-  EvalItem* init = g.make<INIT_bool_EI>({clock});
-  const int clocks[] = {0, 1, 0, 1};
-  const int want[] = {1, 1, 0, 0};
-  for (unsigned step = 1; step <= 4; ++step) {
-    clock->value.i = clocks[step - 1];
-    EXPECT_EQ(run(init, step)->value.i, want[step - 1]) << "step " << step;
-    advance({init}, step);
-  }
-  init->reset_walk();
-  EXPECT_EQ(run(init, 1)->value.i, 1);
 }
 
 TEST(MemoryItems, NilSavedWhenOperandNil) {
@@ -418,10 +412,10 @@ TEST(BaseItemDeathTest, MissingOperationsAreFatal) {
   EXPECT_EXIT(base.compute_next(1), testing::ExitedWithCode(1), "compute_next only virtual");
   EXPECT_EXIT(base.rewrite(), testing::ExitedWithCode(1), "EvalItem::rewrite only virtual");
   EXPECT_EXIT(base.is_bottom(), testing::ExitedWithCode(1), "EvalItem::is_bottom only virtual");
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(base.extern_type_name(), -1);
-  EXPECT_NE(testing::internal::GetCapturedStderr().find("called on non extern type"),
+  int name = 0;
+  EXPECT_NE(stderr_of([&] { name = base.extern_type_name(); }).find("called on non extern type"),
             std::string::npos);
+  EXPECT_EQ(name, -1);
   base.extern_type = 12;
   EXPECT_EQ(base.extern_type_name(), 12);
 }
