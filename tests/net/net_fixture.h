@@ -11,6 +11,7 @@
 
 #include "net/net.h"
 #include "support/pty_stream.h"
+#include "tests/common/test_io.h"
 
 class NetTest : public ::testing::Test {
  protected:
