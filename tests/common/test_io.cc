@@ -21,5 +21,6 @@ std::string file_text(FILE* file) {
   rewind(file);
   std::string text;
   for (int c; (c = fgetc(file)) != EOF;) text += static_cast<char>(c);
+  fseek(file, 0, SEEK_END);
   return text;
 }

@@ -5,15 +5,12 @@
 #include <climits>
 #include <string>
 
-using testing::internal::CaptureStdout;
-using testing::internal::GetCapturedStdout;
+#include "tests/common/test_io.h"
 
 namespace {
 
 std::string text_of(const Fract& f) {
-  CaptureStdout();
-  f.print();
-  return GetCapturedStdout();
+  return stdout_of([&] { f.print(); });
 }
 
 Fract from_text(const char* text) {

@@ -4,8 +4,7 @@
 
 #include <vector>
 
-using testing::internal::CaptureStdout;
-using testing::internal::GetCapturedStdout;
+#include "tests/common/test_io.h"
 
 namespace {
 
@@ -85,10 +84,10 @@ TEST(IndexListTest, PrintsTenValuesALine) {
   for (int i = 1; i <= 25; ++i) values.push_back(i);
   IndexList* list = make(values);
   IndexList* one = make({9});
-  CaptureStdout();
-  IndexList::print(list);
-  IndexList::print(one);
-  EXPECT_EQ(GetCapturedStdout(),
+  EXPECT_EQ(stdout_of([&] {
+              IndexList::print(list);
+              IndexList::print(one);
+            }),
             "{ 1, 2, 3, 4, 5, 6, 7, 8, 9, 10,\n"
             "11, 12, 13, 14, 15, 16, 17, 18, 19, 20,\n"
             "21, 22, 23, 24, 25 }\n"

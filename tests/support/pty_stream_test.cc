@@ -5,22 +5,14 @@
 
 #include <string>
 
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
+#include "tests/common/test_io.h"
 
 namespace {
 
 // The text written so far to a temporary stream.
 std::string contents(PtyStream& s) {
   s.flush();
-  FILE* f = s.stream();
-  long end = ftell(f);
-  rewind(f);
-  std::string text(end, '\0');
-  size_t got = fread(text.data(), 1, end, f);
-  text.resize(got);
-  fseek(f, 0, SEEK_END);
-  return text;
+  return file_text(s.stream());
 }
 
 }  // namespace
@@ -69,9 +61,7 @@ TEST(PtyStreamTest, UnitsAreTruncatedAndLongTextsFit) {
 
 TEST(PtyStreamTest, UntabAtZeroIsReported) {
   PtyStream s(stdout, 80);
-  CaptureStderr();
-  s.untab();
-  EXPECT_EQ(GetCapturedStderr(), "PtyStream::untab : unbalanced untab\n");
+  EXPECT_EQ(stderr_of([&] { s.untab(); }), "PtyStream::untab : unbalanced untab\n");
   EXPECT_EQ(s.level(), 0);
   s.tab();
   EXPECT_EQ(s.level(), 1);

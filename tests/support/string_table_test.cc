@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-using testing::internal::CaptureStdout;
-using testing::internal::GetCapturedStdout;
+#include "tests/common/test_io.h"
 
 namespace {
 
@@ -98,15 +97,13 @@ TEST(SymbolTableTest, ManyAndLongTextsStayValid) {
 
 TEST(SymbolTableTest, PrintFormats) {
   SymbolTable t;
-  CaptureStdout();
-  t.print();
-  EXPECT_EQ(GetCapturedStdout(), "");
+  EXPECT_EQ(stdout_of([&] { t.print(); }), "");
   t.intern("node");
   t.intern("x");
-  CaptureStdout();
-  t.print();
-  t.print_stats(stdout);
-  EXPECT_EQ(GetCapturedStdout(),
+  EXPECT_EQ(stdout_of([&] {
+              t.print();
+              t.print_stats(stdout);
+            }),
             "symbol[  1]= \"node\"\n"
             "symbol[  2]= \"x\"\n"
             "hash size  :  5041\n"
