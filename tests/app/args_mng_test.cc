@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/common/test_io.h"
+
 namespace {
 
 std::vector<std::string> seen;
@@ -45,35 +47,15 @@ TEST(ArgsMng, ValueMissingAtTheEndLeavesTheCursorAlone) {
   EXPECT_EQ(seen, (std::vector<std::string>{"1=(none)"}));
 }
 
-TEST(ArgsMng, ListsOnlyListedRowsUnlessAllAreAsked) {
+// korvel's own listing, of the listed rows only, and its -version after
+// other arguments are process cases (tests/cli/cases); here, every row.
+TEST(ArgsMng, ListsEveryRowWhenAllAreAsked) {
   ArgsMng args;
   char prog[] = "prog";
   char* argv[] = {prog};
   args.parse(1, argv, kTable);
-  testing::internal::CaptureStderr();
-  args.print_options(0);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "general:\n    -o : output\n");
-  testing::internal::CaptureStderr();
-  args.print_options(1);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+  EXPECT_EQ(stderr_of([&] { args.print_options(1); }),
             "general:\n    -o : output\n    -hidden : not listed\nhidden text\n");
-}
-
-TEST(ArgsMng, VersionAndProgramNameFallBacks) {
-  ArgsMng unnamed;
-  EXPECT_STREQ(unnamed.version(), "?.?");
-  ArgsMng named("tool", "2.1");
-  EXPECT_STREQ(named.program_name(), "tool");
-  EXPECT_STREQ(named.version(), "2.1");
-}
-
-TEST(ArgsMng, VersionEndsTheProcessAfterEarlierHandlers) {
-  EXPECT_EXIT(
-      {
-        parse({"prog", "a", "-version", "b"});
-        std::abort();
-      },
-      testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
