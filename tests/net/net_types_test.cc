@@ -43,10 +43,7 @@ TEST_F(NetTypes, TuplesProjectionsAndCalls) {
   net.add_usr_proc(id("f"), net.int_type, t, nullptr, nullptr);
   EXPECT_EQ(net.type(net.new_call(id("f"), a)), t);
 
-  EXPECT_EXIT(net.type(net.new_proj(a, 1)), ExitedWithCode(1),
-              "QvType::member\\(\\) called on non tuple type");
-  EXPECT_EXIT(net.type(net.new_proj(pair, 3)), ExitedWithCode(1), "has no member 3");
-  EXPECT_EXIT(net.type(net.new_call(id("g"), a)), ExitedWithCode(1), "undeclared function 'g'");
+  // Projections out of range and undeclared functions: tests/hostile.
 }
 
 TEST_F(NetTypes, CyclesAndUntypedLeavesStop) {
@@ -67,7 +64,7 @@ TEST_F(NetTypes, CyclesAndUntypedLeavesStop) {
 }
 
 TEST_F(NetTypes, ClocksFollowTheFirstOperandOrTheWhenCondition) {
-  Exp* c = input("c", net.bool_type);
+  input("c", net.bool_type);
   Exp* d = input("d", net.bool_type);
   net.add_input(id("x"), net.int_type, id("c"));
   Exp* x = net.ident_info(id("x"))->ref;
@@ -78,12 +75,7 @@ TEST_F(NetTypes, ClocksFollowTheFirstOperandOrTheWhenCondition) {
   EXPECT_EQ(net.clock(op(ARROW_n, {x, y})), id("c"));
   EXPECT_EQ(net.clock(net.new_call(id("f"), x)), id("c"));
   EXPECT_EQ(net.clock(op(ARROW_n, {y, x})), net.true_name);
-
-  EXPECT_EXIT(net.clock(op(WHEN_n, {y, op(AND_n, {c, d})})), ExitedWithCode(1),
-              "The clock operand of 'when' operator must be named");
-  Exp* current = op(CURRENT_n, {x});
-  EXPECT_EQ(net.type(current), net.int_type);
-  EXPECT_EXIT(net.clock(current), ExitedWithCode(1), "Net::clock 'CURRENT_n' is not implemented");
+  // A when on an unnamed clock and the clock of current: tests/hostile.
 }
 
 // A left-nested sum parses without growing the parser's stack, so its depth
