@@ -4,6 +4,7 @@
 #include <X11/StringDefs.h>
 #include <X11/Xaw/Dialog.h>
 
+#include <algorithm>
 #include <string>
 
 #include "panel/button_item.h"
@@ -30,28 +31,24 @@ void activate(FormItem* item) { XtCallCallbacks(item->widget, XtNcallback, nullp
 
 using FormItemTest = ToolkitTest;
 
+// A chain takes its widest item's width, or the minimum when that is wider;
+// a dialog's own widgets take it less the dialog's margins.
 TEST_F(FormItemTest, ChainTakesWidestWidthAndAtLeastTheMinimum) {
   FormItem* tail = nullptr;
-  for (Dimension width : {120, 200, 90}) {
+  for (Dimension width : {120, 400, 90}) {
     tail = make<LabelItem>("label", form, tail, "x", true);
     set_resource(tail->widget, XtNwidth, width);
   }
-  EXPECT_EQ(tail->fit_width(150), 200);
-  for (FormItem* item = tail; item; item = item->above) EXPECT_EQ(width_of(item->widget), 200);
-  EXPECT_EQ(tail->fit_width(300), 300);
-  for (FormItem* item = tail; item; item = item->above) EXPECT_EQ(width_of(item->widget), 300);
-}
-
-TEST_F(FormItemTest, DialogWidthCountsItsMargins) {
-  auto* label = make<LabelItem>("label", form, nullptr, "x", true);
-  set_resource(label->widget, XtNwidth, 400);
-  auto* dialog = make<DialogItem>("IntItem", form, label, "n (int)", "0", nullptr, nullptr);
+  auto* dialog = make<DialogItem>("IntItem", form, tail, "n (int)", "0", nullptr, nullptr);
   int margin = 2 * (get_resource<int>(dialog->widget, XtNdefaultDistance) +
                     get_resource<Dimension>(dialog->widget, XtNborderWidth));
-  EXPECT_EQ(dialog->fit_width(300), 400);
-  EXPECT_EQ(width_of(label->widget), 400);
-  EXPECT_EQ(width_of(XtNameToWidget(dialog->widget, "value")), 400 - margin);
-  EXPECT_EQ(width_of(XtNameToWidget(dialog->widget, "label")), 400 - margin);
+  for (int minimum : {150, 500}) {
+    const int want = std::max(minimum, 400);
+    EXPECT_EQ(dialog->fit_width(minimum), want);
+    for (FormItem* item = tail; item; item = item->above) EXPECT_EQ(width_of(item->widget), want);
+    EXPECT_EQ(width_of(XtNameToWidget(dialog->widget, "value")), want - margin);
+    EXPECT_EQ(width_of(XtNameToWidget(dialog->widget, "label")), want - margin);
+  }
 }
 
 TEST_F(FormItemTest, DialogReadsNumbersAsScanfDoesAndKeepsValueOnBadText) {
