@@ -22,24 +22,22 @@ class Graph {
     items_.push_back(std::move(item));
     return raw;
   }
-  /// A leaf that holds whatever status and value the test gives it.
+  /// Leaves that hold whatever value and status the test gives them.
   EvalItem* leaf_int(int32_t x, unsigned status = 0) {
-    EvalItem* e = make<CONST_int_EI>({}, x);
-    e->status = status;
-    return e;
+    return with(make<CONST_int_EI>({}, x), status);
   }
   EvalItem* leaf_bool(bool x, unsigned status = 0) {
-    EvalItem* e = make<CONST_bool_EI>({}, x);
-    e->status = status;
-    return e;
+    return with(make<CONST_bool_EI>({}, x), status);
   }
   EvalItem* leaf_real(double x, unsigned status = 0) {
-    EvalItem* e = make<CONST_double_EI>({}, x);
-    e->status = status;
-    return e;
+    return with(make<CONST_double_EI>({}, x), status);
   }
 
  private:
+  static EvalItem* with(EvalItem* leaf, unsigned status) {
+    leaf->status = status;
+    return leaf;
+  }
   std::vector<std::unique_ptr<EvalItem>> items_;
 };
 
@@ -261,49 +259,9 @@ void advance(const std::vector<EvalItem*>& memories, unsigned step) {
   for (EvalItem* m : memories) m->rewrite();
 }
 
-// One row per run of a clock: per step the clock, then what the memory of
-// v = 0, 10, 20, ... reads (in tens, '-' for nil) and the first-instant flag.
-struct ClockRun {
-  const char* clocks;
-  const char* last;
-  const char* init;
-};
-
-const ClockRun kClockRuns[] = {
-    {"0101", "--11", "1100"},
-    {"1111", "-012", "1000"},
-    {"00000", "-----", "11111"},  // a clock never true: nil and true for ever
-};
-
-TEST(MemoryItems, LastValueAndFirstInstantFollowTheClockUntilReset) {
-  for (const ClockRun& c : kClockRuns) {
-    SCOPED_TRACE(c.clocks);
-    Graph g;
-    EvalItem* v = g.leaf_int(0);
-    EvalItem* clock = g.leaf_bool(false);
-    EvalItem* last = g.make<BLAST_int_EI>({v, clock});
-    EvalItem* init = g.make<INIT_bool_EI>({clock});
-    for (unsigned step = 1; c.clocks[step - 1]; ++step) {
-      v->value.i = 10 * int(step - 1);
-      clock->value.i = c.clocks[step - 1] == '1';
-      run(last, step);
-      if (c.last[step - 1] == '-') {
-        EXPECT_EQ(last->status, ST_NIL) << "step " << step;
-      } else {
-        EXPECT_EQ(last->status, 0u) << "step " << step;
-        EXPECT_EQ(last->value.i, 10 * (c.last[step - 1] - '0')) << "step " << step;
-      }
-      EXPECT_EQ(run(init, step)->value.i, c.init[step - 1] - '0') << "step " << step;
-      EXPECT_EQ(init->status, 0u);
-      advance({init, last}, step);
-    }
-    last->reset_walk();
-    init->reset_walk();
-    EXPECT_EQ(run(last, 1)->status, ST_NIL);
-    EXPECT_EQ(run(init, 1)->value.i, 1);
-  }
-}
-
+// A memory's value and first instant on a clock, through steps and a
+// reset, are process cases: tests/cli/cases/batch_sampler, batch_watchdog
+// and batch_counter.
 TEST(MemoryItems, NilSavedWhenOperandNil) {
   Graph g;
   EvalItem* v = g.leaf_int(3);
