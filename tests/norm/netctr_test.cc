@@ -47,13 +47,15 @@ TEST_F(NetCtrTest, PlaceholderIsBlankAndFilledOnce) {
 }
 
 TEST_F(NetCtrTest, LeavesAndLinearFormsAreRefused) {
-  EXPECT_EXIT(ctr.put_in_hash_tab(net.true_exp), testing::ExitedWithCode(1),
-              HasSubstr("file 'netctr' :\nNetCtr::put_in_hash_tab : unexpected 'CONST_n' "
-                        "expression\n"));
-  EXPECT_EXIT(ctr.put_in_hash_tab(input("a")), testing::ExitedWithCode(1),
-              HasSubstr("unexpected 'INPUT_n' expression"));
-  EXPECT_EXIT(ctr.put_in_hash_tab(net.new_icl({input("b")}, {2}, 1)), testing::ExitedWithCode(1),
-              HasSubstr("unexpected 'ICL_n' expression"));
+  const std::pair<Exp*, std::string> refused[] = {
+      {net.true_exp, "CONST_n"},
+      {input("a"), "INPUT_n"},
+      {net.new_icl({input("b")}, {2}, 1), "ICL_n"}};
+  for (const auto& [e, kind] : refused) {
+    EXPECT_EXIT(ctr.put_in_hash_tab(e), testing::ExitedWithCode(1),
+                HasSubstr("file 'netctr' :\nNetCtr::put_in_hash_tab : unexpected '" + kind +
+                          "' expression\n"));
+  }
 }
 
 // The kind does not enter the bucket: nodes over the same operands chain.
