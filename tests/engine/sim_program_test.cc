@@ -136,24 +136,6 @@ TEST(StepCycle, AnAbortedStepLeavesThePanelsAndTheCountAlone) {
   EXPECT_EQ(l.program->step_counter, 1u);
 }
 
-// No process case runs a library function, so they are computed here.
-TEST(StepCycle, LibraryCallsAndConversionsCompute) {
-  Loaded l(
-      "function sqrt (x : real) returns (y : real);\n"
-      "function pow (x : real; n : real) returns (y : real).\n"
-      "node n (x : real; i : int) returns (r : real; k : int; s : real);\n"
-      "let r = pow(x, 3.0); k = int x; s = sqrt(real i); tel\n");
-  FakeInputs in;
-  CountingOutputs out;
-  StepCycle cycle(*l.program, in, out);
-  l.program->input_items[0]->value.d = -2.5;
-  l.program->input_items[1]->value.i = 16;
-  cycle.step();
-  EXPECT_EQ(l.program->output_items[0]->value.d, -15.625);
-  EXPECT_EQ(l.program->output_items[1]->value.i, -2);
-  EXPECT_EQ(l.program->output_items[2]->value.d, 4.0);
-}
-
 TEST(StepCycle, EmptyNameListsInTheInterfaceLine) {
   // The grammar asks for one input and one output at least, but the line
   // must not depend on it.

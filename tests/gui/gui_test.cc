@@ -142,15 +142,6 @@ const Scenario kScenarios[] = {
      kMix + "#error msg from inputs manager\n#Bad integer value for 'n (int)'\n#aborted\n"
             "#step 1\nf  2  1.500000  #2  3.000000  f  \n",
      ""},
-    {"BadFieldThenResetInAutoStep", "mix", "mix", 3, 3,
-     "enter:1:4 press:0 enter:2:0.5 enter:1:nope reset enter:1:-2",
-     kMix + "#step 1\nf  4  0.000000  #4  0.000000  f  \n"
-            "#step 2\nt  4  0.000000  #8  0.000000  t  \n"
-            "#step 3\nf  4  0.500000  #12  1.000000  f  \n"
-            "#error msg from inputs manager\n#Bad integer value for 'n (int)'\n#aborted\n"
-            "#reset\n"
-            "#step 1\nf  -2  0.000000  #-2  0.000000  f  \n",
-     ""},
     // Still Compose after the reset: pressing b runs no step, STEP does.
     {"ResetInComposeKeepsComposeAndClearsInputs", "mix", "mix", 3, 3,
      "mode press:0 enter:1:7 step reset step press:0 step",
