@@ -4,8 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -29,16 +28,10 @@ class NetTest : public ::testing::Test {
   /// Everything `write` prints on a stream of width 80.
   template <typename Write>
   static std::string printed(Write write) {
-    char* buffer = nullptr;
-    size_t size = 0;
-    FILE* f = open_memstream(&buffer, &size);
-    {
-      PtyStream out(f, 80);
-      write(out);
-    }
-    std::string text(buffer, size);
-    free(buffer);
-    return text;
+    std::unique_ptr<PtyStream> out(PtyStream::temporary(80));
+    write(*out);
+    out->flush();
+    return file_text(out->stream());
   }
   std::string def_text(const Exp* e) {
     return printed([&](PtyStream& out) { e->print_def(out, names); });
