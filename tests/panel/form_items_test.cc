@@ -20,10 +20,6 @@
 
 namespace {
 
-Dimension width_of(Widget widget) { return get_resource<Dimension>(widget, XtNwidth); }
-
-std::string label_of(Widget widget) { return get_resource<const char*>(widget, XtNlabel); }
-
 void count_call(Widget, XtPointer counter, XtPointer) { ++*static_cast<int*>(counter); }
 
 // Press a button the way its own translations would: run its callbacks.

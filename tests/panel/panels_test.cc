@@ -36,7 +36,7 @@ class PanelTest : public ToolkitTest {
   }
 
   Widget item(const char* path) { return XtNameToWidget(panel->shell(), path); }
-  std::string label(const char* path) { return get_resource<const char*>(item(path), XtNlabel); }
+  std::string label(const char* path) { return label_of(item(path)); }
 
   NoStep no_step;
   EvalValue values[4] = {};
@@ -52,12 +52,12 @@ TEST_F(PanelTest, ItemsStackInOneWidthOfAtLeast300) {
   EXPECT_STREQ(XawDialogGetValueString(item("InputsForm.FloatItem")), "0.0");
   EXPECT_EQ(label("InputsForm.EnumItem.SelectItemLabel"), "c");
   EXPECT_EQ(label("InputsForm.Step"), "STEP");
-  Dimension width = get_resource<Dimension>(item("InputsForm.Step"), XtNwidth);
+  Dimension width = width_of(item("InputsForm.Step"));
   EXPECT_GE(width, 300);
   // (A choice's inner Form takes back its own size when it is realized.)
   for (const char* path :
        {"InputsForm.Chmod", "InputsForm.BoolItem", "InputsForm.IntItem", "InputsForm.FloatItem"}) {
-    EXPECT_EQ(get_resource<Dimension>(item(path), XtNwidth), width) << path;
+    EXPECT_EQ(width_of(item(path)), width) << path;
   }
 }
 
@@ -78,9 +78,7 @@ TEST_F(OutputPanelTest, ShowsAndResetsEveryItem) {
   auto item = [&](const char* name) {
     return XtNameToWidget(panel->shell(), (std::string("OutputsForm.") + name).c_str());
   };
-  auto label = [&](const char* name) {
-    return std::string(get_resource<const char*>(item(name), XtNlabel));
-  };
+  auto label = [&](const char* name) { return label_of(item(name)); };
   auto lit = [&, off = get_resource<Pixel>(item("BoolItem"), XtNbackground)] {
     return get_resource<Pixel>(item("BoolItem"), XtNbackground) != off;
   };
@@ -103,7 +101,7 @@ TEST_F(OutputPanelTest, ShowsAndResetsEveryItem) {
   EXPECT_EQ(label("IntItem"), "n : ......");
   EXPECT_EQ(label("FloatItem"), "x : ......");
   // Once shown, a label keeps the panel's width whatever its text.
-  EXPECT_EQ(get_resource<Dimension>(item("IntItem"), XtNwidth), 300);
+  EXPECT_EQ(width_of(item("IntItem")), 300);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <X11/Xutil.h>
 
 #include "panel/dialog_item.h"
+#include "panel/widget_resources.h"
 
 std::vector<void*>* ToolkitTest::kept_items = new std::vector<void*>;
 XtAppContext ToolkitTest::app = nullptr;
@@ -39,6 +40,14 @@ Pixel ToolkitTest::pixel_at(Widget widget, int x, int y) {
   Pixel pixel = XGetPixel(image, 0, 0);
   XDestroyImage(image);
   return pixel;
+}
+
+Dimension ToolkitTest::width_of(Widget widget) {
+  return get_resource<Dimension>(widget, XtNwidth);
+}
+
+std::string ToolkitTest::label_of(Widget widget) {
+  return get_resource<const char*>(widget, XtNlabel);
 }
 
 void ToolkitTest::settle() {

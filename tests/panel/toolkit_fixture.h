@@ -7,6 +7,7 @@
 
 #include <X11/Intrinsic.h>
 
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -28,6 +29,8 @@ class ToolkitTest : public ::testing::Test {
   void key(const char* keysym);
   /// The colour of one pixel of the widget's window as it is on screen.
   Pixel pixel_at(Widget widget, int x, int y);
+  static Dimension width_of(Widget widget);
+  static std::string label_of(Widget widget);
 
   /// Items live as long as their widgets: for the whole test program.
   template <class Item, class... Args>

@@ -6,11 +6,10 @@
 
 #include "tests/common/test_io.h"
 
-TEST(DiagnosticsTest, FatalReportsHaveTheirHeaders) {
+// Both headers with a message are in every refusal of the process cases;
+// an empty message still ends its line.
+TEST(DiagnosticsTest, FatalReportWithAnEmptyMessage) {
   EXPECT_EXIT(error("%s", ""), testing::ExitedWithCode(1), "^  Error :\n\n$");
-  EXPECT_EXIT(error("bad %d", 7), testing::ExitedWithCode(1), "^  Error :\nbad 7\n$");
-  EXPECT_EXIT(internal_error("file 'net':\nx"), testing::ExitedWithCode(1),
-              "^Sorry, Internal Error :\nfile 'net':\nx\n$");
 }
 
 TEST(DiagnosticsTest, WarningGoesOn) {
