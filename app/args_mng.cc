@@ -1,8 +1,9 @@
 #include "app/args_mng.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
+
+#include "support/diagnostics.h"
 
 void ArgsMng::parse(int argc, char** argv, const OptionEntry* options) {
   argc_ = argc;
@@ -13,7 +14,7 @@ void ArgsMng::parse(int argc, char** argv, const OptionEntry* options) {
     if (std::strcmp(arg, "-version") == 0) {
       std::fputs(version(), stdout);
       std::fflush(stdout);
-      std::exit(0);
+      end_process(0);
     }
     const OptionEntry* row = options_;
     while (row->kind != OptionEntry::kOption ||

@@ -1,7 +1,6 @@
 #include "app/korvel_args.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 #include "support/diagnostics.h"
 
@@ -18,7 +17,7 @@ void korvelArgs::usage() const {
 void korvelArgs::help_handler(ArgsMng& args, std::intptr_t) {
   std::fprintf(stderr, "recognized options :\n");
   args.print_options(0);
-  std::exit(0);
+  end_process(0);
 }
 
 void korvelArgs::trace_handler(ArgsMng&, std::intptr_t) { set_trace_stream(stdout); }
@@ -28,7 +27,7 @@ void korvelArgs::input_file_handler(ArgsMng& args, std::intptr_t) {
   if (self.input_file_name_) {
     std::fprintf(stderr, "bad command : two input file names ? ('%s' and '%s')",
                  self.input_file_name_, self.current_arg());
-    std::exit(1);
+    end_process(1);
   }
   self.input_file_name_ = self.current_arg();
 }

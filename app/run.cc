@@ -1,10 +1,10 @@
 #include "app/run.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 #include "engine/sim_program.h"
 #include "panel/sim_window.h"
+#include "support/diagnostics.h"
 #include "support/string_table.h"
 
 namespace {
@@ -22,7 +22,7 @@ void run(int argc, char** argv, const char* path) {
   input_stream = std::fopen(path, "r");
   if (!input_stream) {
     std::fprintf(stderr, "Can't open file '%s'\n", path);
-    std::exit(1);
+    end_process(1);
   }
   symbol_table = new SymbolTable();
   program = new SimProgram(path, symbol_table);

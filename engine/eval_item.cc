@@ -1,7 +1,6 @@
 #include "engine/eval_item.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 #include "support/diagnostics.h"
@@ -113,5 +112,5 @@ void EvalItem::reset_walk() {
 void check_clock(const EvalItem& clock) {
   if (clock.status == 0) return;
   fputs("clock takes on nil\n", stderr);
-  exit(1);
+  end_process(1);
 }

@@ -1,16 +1,17 @@
 #include "engine/sim_program.h"
 
 #include <cstdio>
-#include <cstdlib>
+
+#include "support/diagnostics.h"
 
 SimProgram::SimProgram(const char* path, SymbolTable* table, int skip_minimise, int bool_opt)
     : PNetInterface(path, table, skip_minimise, bool_opt) {
   // A file of declarations alone is a valid program, but nothing to run.
   if (net->node_name == 0) {
     std::fprintf(stderr, "No node to simulate in '%s'\n", path);
-    std::exit(1);
+    end_process(1);
   }
-  if (build_eval(*this) != 0) std::exit(1);
+  if (build_eval(*this) != 0) end_process(1);
 }
 
 EvalItem* SimProgram::own(EvalItem* item) {

@@ -10,6 +10,7 @@
 #include "fuzz/fuzz_input.h"
 #include "fuzz/process_guard.h"
 #include "reader/parse_actions.h"
+#include "support/diagnostics.h"
 #include "support/pty_stream.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -25,6 +26,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     program.net->print();
     program.net->print_classes();
   };
-  fuzz::run_guarded(load);
+  auto guarded = [&] {
+    try {
+      load();
+    } catch (const ProcessEnd&) {
+    }
+  };
+  fuzz::run_guarded(guarded);
   return 0;
 }

@@ -9,6 +9,7 @@
 #include "fuzz/fuzz_input.h"
 #include "fuzz/process_guard.h"
 #include "reader/parse_actions.h"
+#include "support/diagnostics.h"
 #include "tools/batch_run.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -25,6 +26,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     reset_conversions();
     run_batch(options);
   };
-  fuzz::run_guarded(run);
+  auto guarded = [&] {
+    try {
+      run();
+    } catch (const ProcessEnd&) {
+    }
+  };
+  fuzz::run_guarded(guarded);
   return 0;
 }

@@ -10,6 +10,8 @@ class FormItem {
  public:
   FormItem(const FormItem&) = delete;
   FormItem& operator=(const FormItem&) = delete;
+  /// The widget stays: the toolkit owns it.
+  virtual ~FormItem() = default;
 
   /// Gives this item and every item above it the width of the widest of
   /// them, and at least `min_width`; returns that width.
@@ -32,8 +34,6 @@ class FormItem {
 
  protected:
   FormItem(Widget parent, FormItem* above) : parent(parent), above(above) {}
-  // Items live for the whole run and are never deleted through the base.
-  ~FormItem() = default;
 
   /// Creates the wrapped widget under the parent, placed below the item
   /// above; a null label leaves the widget's own.

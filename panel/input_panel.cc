@@ -27,57 +27,55 @@ constexpr Dimension kMinWidth = 300;
 InputPanel::InputPanel(StepTrigger* window, Widget top_level, const char* node_name)
     : window_(window) {
   std::string shell_name = std::string(node_name) + "-inputs";
-  shell_ = XtCreatePopupShell(shell_name.c_str(), topLevelShellWidgetClass, top_level,
-                              nullptr, 0);
+  shell_ = XtCreatePopupShell(shell_name.c_str(), topLevelShellWidgetClass, top_level, nullptr, 0);
   form_ = XtCreateManagedWidget("InputsForm", formWidgetClass, shell_, nullptr, 0);
-  mode_button_ = new SwitchLabelItem("Chmod", form_, nullptr, kAutoStepLabel, kComposeLabel,
-                                     on_mode_pressed, this);
+  mode_button_ = items_.push(new SwitchLabelItem("Chmod", form_, nullptr, kAutoStepLabel,
+                                                 kComposeLabel, on_mode_pressed, this));
   hide_border(mode_button_->widget);
-  tail_ = mode_button_;
 }
 
 void InputPanel::add_bool(const char* name, EvalValue* value) {
-  auto* item = new SwitchButtonItem("BoolItem", form_, tail_, name, on_input_changed, this);
+  auto* item = items_.push(
+      new SwitchButtonItem("BoolItem", form_, items_.tail(), name, on_input_changed, this));
   item->bound_int = &value->i;
-  tail_ = item;
 }
 
 void InputPanel::add_int(const char* name, EvalValue* value) {
-  auto* item = new DialogItem("IntItem", form_, tail_, format_text("%s (int)", name), "0",
-                              on_input_changed, this);
+  auto* item = items_.push(new DialogItem(
+      "IntItem", form_, items_.tail(), format_text("%s (int)", name), "0", on_input_changed, this));
   item->bound_int = &value->i;
-  tail_ = item;
 }
 
 void InputPanel::add_real(const char* name, EvalValue* value) {
-  auto* item = new DialogItem("FloatItem", form_, tail_, format_text("%s (double)", name),
-                              "0.0", on_input_changed, this);
+  auto* item =
+      items_.push(new DialogItem("FloatItem", form_, items_.tail(),
+                                 format_text("%s (double)", name), "0.0", on_input_changed, this));
   item->bound_double = &value->d;
-  tail_ = item;
 }
 
 void InputPanel::add_enum(const char* name, int count, const char* const* choices,
                           EvalValue* value) {
-  auto* item =
-      new SelectItem("EnumItem", form_, tail_, name, count, choices, on_input_changed, this);
+  auto* item = items_.push(new SelectItem("EnumItem", form_, items_.tail(), name, count, choices,
+                                          on_input_changed, this));
   item->bound_text = &value->s;
-  tail_ = item;
 }
 
 void InputPanel::finish() {
-  auto* step_button = new ButtonItem("Step", form_, tail_, "STEP", on_step_pressed, this);
+  auto* step_button =
+      items_.push(new ButtonItem("Step", form_, items_.tail(), "STEP", on_step_pressed, this));
   hide_border(step_button->widget);
-  tail_ = step_button;
-  tail_->fit_width(kMinWidth);
+  items_.tail()->fit_width(kMinWidth);
 }
 
-const char* InputPanel::check() { return get_all(tail_); }
+const char* InputPanel::check() {
+  return get_all(items_.tail());
+}
 
 void InputPanel::reset() {
   // Leaving Compose mode first un-presses every bool button.
   bool was_composing = compose_ != 0;
   if (was_composing) toggle_mode();
-  reset_all(tail_);
+  reset_all(items_.tail());
   if (was_composing) toggle_mode();
 }
 
@@ -98,5 +96,5 @@ void InputPanel::toggle_mode() {
   compose_ = 1 - compose_;
   set_resource(mode_button_->widget, XtNlabel,
                reinterpret_cast<XtArgVal>(compose_ ? kComposeLabel : kAutoStepLabel));
-  switch_all(tail_);
+  switch_all(items_.tail());
 }

@@ -7,9 +7,9 @@
 
 #include "engine/eval_value.h"
 #include "engine/step_io.h"
+#include "panel/item_stack.h"
 
 class ButtonItem;
-class FormItem;
 class SwitchLabelItem;
 
 /// What the input panel drives: one step of the simulation.
@@ -52,7 +52,7 @@ class InputPanel final : public StepInputs {
   StepTrigger* window_;
   Widget shell_;
   Widget form_;
-  FormItem* tail_;
+  ItemStack items_;
   SwitchLabelItem* mode_button_;
   int compose_ = 0;
 };

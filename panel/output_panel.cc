@@ -18,39 +18,38 @@ constexpr Dimension kMinWidth = 300;
 
 OutputPanel::OutputPanel(Widget top_level, const char* node_name) {
   std::string shell_name = std::string(node_name) + "-outputs";
-  shell_ = XtCreatePopupShell(shell_name.c_str(), topLevelShellWidgetClass, top_level,
-                              nullptr, 0);
+  shell_ = XtCreatePopupShell(shell_name.c_str(), topLevelShellWidgetClass, top_level, nullptr, 0);
   form_ = XtCreateManagedWidget("OutputsForm", formWidgetClass, shell_, nullptr, 0);
 }
 
 void OutputPanel::add_bool(const char* name, const EvalValue* value) {
-  auto* item = new LightItem("BoolItem", form_, tail_, name);
+  auto* item = items_.push(new LightItem("BoolItem", form_, items_.tail(), name));
   item->bound_value = &value->i;
-  tail_ = item;
 }
 
 void OutputPanel::add_int(const char* name, const EvalValue* value) {
-  auto* item = new ValueItem("IntItem", form_, tail_, name, kNoValue);
+  auto* item = items_.push(new ValueItem("IntItem", form_, items_.tail(), name, kNoValue));
   item->bound_int = &value->i;
-  tail_ = item;
 }
 
 void OutputPanel::add_real(const char* name, const EvalValue* value) {
-  auto* item = new ValueItem("FloatItem", form_, tail_, name, kNoValue);
+  auto* item = items_.push(new ValueItem("FloatItem", form_, items_.tail(), name, kNoValue));
   item->bound_double = &value->d;
-  tail_ = item;
 }
 
 void OutputPanel::add_enum(const char* name, const EvalValue* value) {
-  auto* item = new ValueItem("EnumItem", form_, tail_, name, kNoValue);
+  auto* item = items_.push(new ValueItem("EnumItem", form_, items_.tail(), name, kNoValue));
   item->bound_text = &value->s;
-  tail_ = item;
 }
 
 void OutputPanel::finish() {
-  if (tail_) tail_->fit_width(kMinWidth);
+  if (items_.tail()) items_.tail()->fit_width(kMinWidth);
 }
 
-void OutputPanel::update() { show_all(tail_); }
+void OutputPanel::update() {
+  show_all(items_.tail());
+}
 
-void OutputPanel::reset() { reset_all(tail_); }
+void OutputPanel::reset() {
+  reset_all(items_.tail());
+}

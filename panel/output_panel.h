@@ -5,8 +5,7 @@
 
 #include "engine/eval_value.h"
 #include "engine/step_io.h"
-
-class FormItem;
+#include "panel/item_stack.h"
 
 class OutputPanel final : public StepOutputs {
  public:
@@ -30,6 +29,5 @@ class OutputPanel final : public StepOutputs {
  private:
   Widget shell_;
   Widget form_;
-  /// Null while the panel is empty.
-  FormItem* tail_ = nullptr;
+  ItemStack items_;
 };

@@ -1,12 +1,12 @@
 #include "panel/panel_builder.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 #include "engine/sim_program.h"
 #include "panel/input_panel.h"
 #include "panel/output_panel.h"
+#include "support/diagnostics.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ ItemKind item_kind(const Net& net, const QvType* type) {
   if (type->number != 0 && type->consts) return ItemKind::kEnum;
   std::fprintf(stderr, "Sorry, type \"%s\" not implemented\n",
                type->name ? net.strings->text(type->name) : "tuple");
-  std::exit(1);
+  end_process(1);
 }
 
 // The interned texts of the type's constants: the values the engine

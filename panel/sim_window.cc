@@ -9,10 +9,22 @@
 #include "panel/button_item.h"
 #include "panel/dialog_item.h"
 #include "panel/panel_builder.h"
+#include "support/diagnostics.h"
 
 namespace {
 
 constexpr char kApplicationClass[] = "Korvel";
+
+// Steps and resets run inside the toolkit's C frames, which no exception
+// may cross: a fatal report during one ends the process right here.
+template <class Action>
+void at_callback_boundary(Action action) {
+  try {
+    action();
+  } catch (const ProcessEnd& end) {
+    std::exit(end.status);
+  }
+}
 
 }  // namespace
 
@@ -23,8 +35,10 @@ SimWindow::SimWindow(int argc, char** argv, SimProgram& program) {
       XtAppInitialize(&app_, kApplicationClass, nullptr, 0, &argc, argv, nullptr, nullptr, 0);
   DialogItem::add_actions(app_);
   main_form_ = XtCreateManagedWidget("MainForm", formWidgetClass, top_level_, nullptr, 0);
-  reset_button_ = new ButtonItem("Reset", main_form_, nullptr, "reset", on_reset, this);
-  quit_button_ = new ButtonItem("Quit", main_form_, reset_button_, "QUIT", on_quit, this);
+  reset_button_ =
+      std::make_unique<ButtonItem>("Reset", main_form_, nullptr, "reset", on_reset, this);
+  quit_button_ =
+      std::make_unique<ButtonItem>("Quit", main_form_, reset_button_.get(), "QUIT", on_quit, this);
   XtRealizeWidget(top_level_);
 
   const char* node_name = program.net->strings->text(program.net->node_name);
@@ -41,9 +55,13 @@ SimWindow::SimWindow(int argc, char** argv, SimProgram& program) {
   XtAppMainLoop(app_);
 }
 
-void SimWindow::step() { cycle_->step(); }
+void SimWindow::step() {
+  at_callback_boundary([this] { cycle_->step(); });
+}
 
-void SimWindow::reset_run() { cycle_->reset_run(); }
+void SimWindow::reset_run() {
+  at_callback_boundary([this] { cycle_->reset_run(); });
+}
 
 void SimWindow::on_reset(Widget, XtPointer window, XtPointer) {
   static_cast<SimWindow*>(window)->reset_run();

@@ -9,17 +9,18 @@
 #include <memory>
 
 #include "engine/step_cycle.h"
+#include "panel/button_item.h"
 #include "panel/input_panel.h"
 #include "panel/output_panel.h"
 
-class ButtonItem;
 class SimProgram;
 
 class SimWindow final : public StepTrigger {
  public:
   /// Builds everything and enters the event loop, which the process leaves
-  /// only by exit: status 0 on Quit, 1 on a fatal error (a variable of a
-  /// type the panels cannot show, a display that cannot be opened).
+  /// only by exit: status 0 on Quit, 1 on a fatal error during a step or
+  /// when the display cannot be opened. A variable of a type the panels
+  /// cannot show throws ProcessEnd before the loop starts.
   SimWindow(int argc, char** argv, SimProgram& program);
   SimWindow(const SimWindow&) = delete;
   SimWindow& operator=(const SimWindow&) = delete;
@@ -37,8 +38,8 @@ class SimWindow final : public StepTrigger {
   Widget top_level_;
   XtAppContext app_;
   Widget main_form_;
-  ButtonItem* quit_button_;
-  ButtonItem* reset_button_;
+  std::unique_ptr<ButtonItem> reset_button_;
+  std::unique_ptr<ButtonItem> quit_button_;
   std::unique_ptr<InputPanel> input_panel_;
   std::unique_ptr<OutputPanel> output_panel_;
   /// Runs the steps and keeps the step number.

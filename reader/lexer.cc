@@ -1,10 +1,10 @@
 #include "reader/lexer.h"
 
 #include <cctype>
-#include <cstdlib>
 #include <cstring>
 
 #include "reader/qv_parser.h"
+#include "support/diagnostics.h"
 
 namespace {
 
@@ -76,7 +76,7 @@ void QvLexer::take() {
 
 void QvLexer::fail(const char* what) {
   std::printf("qv2rb lex error : %s, line '%d'\n", what, line_);
-  std::exit(1);
+  end_process(1);
 }
 
 int QvLexer::number(char* value) {
@@ -154,7 +154,7 @@ int QvLexer::next_token(char* value) {
       continue;
     }
     std::printf("qv2rb lex error : unknown char '%d' (%c), line '%d'\n", c, c, line_);
-    std::exit(1);
+    end_process(1);
   }
 }
 
@@ -187,7 +187,7 @@ int QvLexTest(const char* path) {
       std::printf("%s\n", text);
     } else {
       std::printf("unknmown lexeme '%d'\n", token);
-      std::exit(1);
+      end_process(1);
     }
   }
   std::fclose(in);

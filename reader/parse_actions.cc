@@ -1,9 +1,9 @@
 #include "reader/parse_actions.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 #include "net/net.h"
+#include "support/diagnostics.h"
 
 void declare_names(Net* net, DeclareName declare, IndexList* names, int type_name, int clock) {
   QvType* type = net->named_type(type_name);
@@ -72,7 +72,7 @@ Exp* qvnet::GetIdentInfo(Net* net, int name) {
   IdentInfo* info = net->ident_info(name);
   if (!info || !info->ref) {
     std::fprintf(stderr, "qvnet::GetIdentInfo : undeclared ident '%s'\n", net->strings->text(name));
-    std::exit(1);
+    end_process(1);
   }
   return info->ref;
 }

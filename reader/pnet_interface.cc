@@ -2,9 +2,9 @@
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 
 #include "reader/parser.h"
+#include "support/diagnostics.h"
 
 PNetInterface::Record::~Record() {
   delete output_positions;
@@ -14,7 +14,7 @@ PNetInterface::Record::~Record() {
 PNetInterface::PNetInterface(const char* path, SymbolTable* table, int skip_minimise,
                              int bool_opt)
     : record_key(new_pass_key()) {
-  if (build(path, table, skip_minimise, bool_opt) != 0) std::exit(1);
+  if (build(path, table, skip_minimise, bool_opt) != 0) end_process(1);
 }
 
 PNetInterface::~PNetInterface() = default;

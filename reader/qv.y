@@ -19,6 +19,7 @@ struct Exp;
 #include "reader/lexer.h"
 #include "reader/parse_actions.h"
 #include "reader/parser.h"
+#include "support/diagnostics.h"
 
 // Classic yacc limits: 500 states at most. Bison reports exhaustion when
 // its last slot is filled, so one spare slot lets the 500th state in.
@@ -54,7 +55,7 @@ Exp* bounded(Exp* e) {
   if (++depth > kMaxDepth) {
     std::fprintf(stderr, "QvParse : expression more than %d operators deep at line %d\n", kMaxDepth,
                  lexer->line());
-    std::exit(1);
+    end_process(1);
   }
   e->set_mark(depth_key, depth);
   return e;

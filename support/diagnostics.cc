@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cstdarg>
-#include <cstdlib>
 
 namespace {
 
@@ -39,13 +38,15 @@ void progress(const char* fmt, va_list args) {
 
 }  // namespace
 
+void end_process(int status) { throw ProcessEnd{status}; }
+
 void internal_error(const char* fmt, ...) {
   fputs("Sorry, Internal Error :\n", stderr);
   va_list args;
   va_start(args, fmt);
   message_line(fmt, args);
   va_end(args);
-  exit(1);
+  end_process(1);
 }
 
 void error(const char* fmt, ...) {
@@ -54,7 +55,7 @@ void error(const char* fmt, ...) {
   va_start(args, fmt);
   message_line(fmt, args);
   va_end(args);
-  exit(1);
+  end_process(1);
 }
 
 int warning(const char* fmt, ...) {
@@ -78,10 +79,20 @@ int count_error(const char* fmt, ...) {
 int error_stop() {
   if (errors == 0) return 0;
   fprintf(stderr, "*** %d Errors stop\n", errors);
-  exit(1);
+  end_process(1);
 }
 
 int error_count() { return errors; }
+
+void reset_diagnostics() {
+  verbose_level = 0;
+  show_controls = 0;
+  tool_name = " ";
+  spinner_index = 0;
+  spinner_counter = 1;
+  errors = 0;
+  trace = nullptr;
+}
 
 int verbose(const char* fmt, ...) {
   if (verbose_level) {

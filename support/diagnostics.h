@@ -6,6 +6,16 @@
 
 #define KORVEL_PRINTF(f, a) __attribute__((format(printf, f, a)))
 
+/// Thrown once a report that ends the process has been written. Only the
+/// programs' `main`s and the X callback boundary catch it, and they end the
+/// process with `status`; in between, destructors run as for any exception.
+struct ProcessEnd {
+  int status;
+};
+
+/// Ends the process with `status` through the boundary that catches it.
+[[noreturn]] void end_process(int status);
+
 /// A broken invariant of korvel itself: message on stderr, exit status 1.
 [[noreturn]] void internal_error(const char* fmt, ...) KORVEL_PRINTF(1, 2);
 /// A fault of the user's program or request: message on stderr, exit status 1.
@@ -17,6 +27,9 @@ int count_error(const char* fmt, ...) KORVEL_PRINTF(1, 2);
 /// Ends the process with "*** N Errors stop" when anything was counted.
 int error_stop();
 int error_count();
+/// Every setting and counter back to its value at process start (no errors
+/// counted, no trace), so a test can load one program after another.
+void reset_diagnostics();
 
 /// Progress message, shown only when the verbose level is non-zero.
 int verbose(const char* fmt, ...) KORVEL_PRINTF(1, 2);

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "support/diagnostics.h"
+
 namespace {
 
 // Coefficients wrap modulo 2^32 like the machine words they always were;
@@ -32,7 +34,7 @@ uint32_t euclid(uint32_t x, uint32_t y) {
 
 [[noreturn]] void fatal(const char* message) {
   fputs(message, stderr);
-  exit(1);
+  end_process(1);
 }
 
 // A power of ten beyond 32 bits yields the "integer indefinite" value the
@@ -119,7 +121,7 @@ Fract& Fract::operator=(const char* text) {
   n = mul(n, sign);
   if (double(n) / double(d) != strtod(text, nullptr)) {
     fprintf(stderr, "Fract::operator=(char*) : arithmetic overflow while parsing '%s'\n", text);
-    exit(1);
+    end_process(1);
   }
   return *this = Fract(n, d);
 }

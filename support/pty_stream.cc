@@ -1,10 +1,10 @@
 #include "support/pty_stream.h"
 
 #include <cstdarg>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "support/diagnostics.h"
 #include "support/vformat.h"
 
 namespace {
@@ -15,7 +15,7 @@ FILE* open_by_name(const char* name) {
   FILE* f = fopen(name, "w");
   if (!f) {
     fprintf(stderr, "can't open file '%s'\n", name);
-    exit(1);
+    end_process(1);
   }
   return f;
 }
@@ -34,7 +34,7 @@ PtyStream* PtyStream::temporary(int width, const char* unit) {
   FILE* f = tmpfile();
   if (!f) {
     fputs("can't open temporary file\n", stderr);
-    exit(1);
+    end_process(1);
   }
   return new PtyStream(f, width, unit);
 }

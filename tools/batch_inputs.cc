@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "support/diagnostics.h"
+
 namespace {
 
 /// The constant of `type` called `word`, as its interned text; null if none.
@@ -44,7 +46,7 @@ BatchInputs::BatchInputs(SimProgram& program) : program_(program) {
     if (program.input_items[i]->value_kind != VK_EXTERN || has_constants(type)) continue;
     // No value of this type could ever be written on a line.
     fprintf(stderr, "Sorry, type \"%s\" not implemented\n", program.net->strings->text(type->name));
-    exit(1);
+    end_process(1);
   }
 }
 

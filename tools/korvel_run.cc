@@ -7,6 +7,7 @@
 #include "reader/lexer.h"
 #include "reader/parser.h"
 #include "reader/pnet_interface.h"
+#include "support/diagnostics.h"
 #include "support/pty_stream.h"
 #include "support/string_table.h"
 #include "tools/batch_run.h"
@@ -65,8 +66,7 @@ int print_stats(const char* path) {
   SymbolTable table;
   PNetInterface program(path, &table, skip_minimise, bool_opt);
   const NormNet& net = *program.net;
-  std::printf("nodes: %d\nrequests: %d\nclasses: %d\n", net.n_nodes, net.n_requests,
-              net.n_classes);
+  std::printf("nodes: %d\nrequests: %d\nclasses: %d\n", net.n_nodes, net.n_requests, net.n_classes);
   return 0;
 }
 
@@ -95,9 +95,7 @@ int usage(const char* problem) {
   return 1;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run_tool(int argc, char** argv) {
   int kept = 1;
   for (int i = 1; i < argc; ++i) {
     const Flag* flag = nullptr;
@@ -130,4 +128,14 @@ int main(int argc, char** argv) {
   char problem[300];
   std::snprintf(problem, sizeof problem, "unknown mode '%s'", argv[1]);
   return usage(problem);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run_tool(argc, argv);
+  } catch (const ProcessEnd& end) {
+    return end.status;
+  }
 }

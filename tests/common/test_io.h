@@ -2,10 +2,14 @@
 // piece of code writes to a stream.
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <string>
+#include <type_traits>
+
+#include "support/diagnostics.h"
 
 /// A qv program in a file of its own under the test temporary folder,
 /// removed when the object goes.
@@ -37,3 +41,37 @@ std::string stderr_of(Write write) {
   write();
   return testing::internal::GetCapturedStderr();
 }
+
+/// How a piece of code ended the process: the status it gave (-1 when it
+/// returned normally) and what it wrote on standard error.
+struct Ending {
+  int status = -1;
+  std::string err;
+};
+template <class Action>
+Ending ending_of(Action action) {
+  Ending ending;
+  testing::internal::CaptureStderr();
+  try {
+    action();
+  } catch (const ProcessEnd& end) {
+    ending.status = end.status;
+  }
+  ending.err = testing::internal::GetCapturedStderr();
+  return ending;
+}
+
+/// A regular expression searched in standard error, or any string matcher.
+inline auto stderr_matcher(const char* regex) { return testing::ContainsRegex(regex); }
+template <class Matcher>
+requires(!std::is_convertible_v<Matcher, const char*>) auto stderr_matcher(Matcher matcher) {
+  return testing::SafeMatcherCast<const std::string&>(matcher);
+}
+
+/// `statement` ends the process with `code`, its standard error matching.
+#define EXPECT_ENDS(statement, code, pattern)             \
+  do {                                                    \
+    const Ending ending_ = ending_of([&] { statement; }); \
+    EXPECT_EQ(ending_.status, code);                      \
+    EXPECT_THAT(ending_.err, stderr_matcher(pattern));    \
+  } while (0)

@@ -3,7 +3,6 @@
 namespace {
 
 using NetModel = NetTest;
-using ::testing::ExitedWithCode;
 
 TEST_F(NetModel, EnumConstantsArePositionedFromTheEndOfTheList) {
   net.add_usr_const(id("k"), net.int_type, net.true_name);
@@ -34,12 +33,12 @@ TEST_F(NetModel, EnumConstantsArePositionedFromTheEndOfTheList) {
 TEST_F(NetModel, AccessorsOnTheWrongRecordStop) {
   Exp* x = input("x", net.int_type);
   Exp* call = net.new_call(id("f"), x);
-  EXPECT_EXIT(call->projection_order(), ExitedWithCode(1),
+  EXPECT_ENDS(call->projection_order(), 1,
               "Exp::projection_order called on 'CALL_n' operator");
-  EXPECT_EXIT(net.int_type->enum_const(0), ExitedWithCode(1), "called on non enumerate type");
-  EXPECT_EXIT(net.ident_info(id("x"))->get_usr_const_index(), ExitedWithCode(1),
+  EXPECT_ENDS(net.int_type->enum_const(0), 1, "called on non enumerate type");
+  EXPECT_ENDS(net.ident_info(id("x"))->get_usr_const_index(), 1,
               "get_usr_const_index called on no usr const");
-  EXPECT_EXIT(net.new_exp(PLUS_n, {x}), ExitedWithCode(1), "'PLUS_n' needs 2 operands");
+  EXPECT_ENDS(net.new_exp(PLUS_n, {x}), 1, "'PLUS_n' needs 2 operands");
 }
 
 TEST_F(NetModel, TupleTypesAreUnique) {

@@ -5,7 +5,6 @@
 namespace {
 
 using NetPrint = NetTest;
-using ::testing::ExitedWithCode;
 
 // How a parsed program prints, every operator with it, is checked through
 // korvel-run (tests/reader/cases); these are the forms only the later
@@ -34,13 +33,13 @@ TEST_F(NetPrint, ProjectionsAndLinearForms) {
 
 TEST_F(NetPrint, NodesThatCannotBePrintedStop) {
   Exp* nameless = net.new_leaf(QVREF_n, 0, net.int_type, net.true_name);
-  EXPECT_EXIT(def_text(nameless), ExitedWithCode(1),
+  EXPECT_ENDS(def_text(nameless), 1,
               "Exp::print_def : 'QVREF_n' Exp must have an identifier");
-  EXPECT_EXIT(def_text(net.new_blank()), ExitedWithCode(1),
+  EXPECT_ENDS(def_text(net.new_blank()), 1,
               "Exp::print_def 'ERROR_n' is not implemented");
   Exp* blank = net.new_blank();
-  EXPECT_EXIT(printed([&](PtyStream& out) { blank->Iprint_def(out, names, new_pass_key()); }),
-              ExitedWithCode(1), "Exp::Iprint_def 'ERROR_n' is not implemented");
+  EXPECT_ENDS(printed([&](PtyStream& out) { blank->Iprint_def(out, names, new_pass_key()); }),
+              1, "Exp::Iprint_def 'ERROR_n' is not implemented");
 }
 
 TEST_F(NetPrint, GuardedPrintingCutsCycles) {
@@ -67,7 +66,7 @@ TEST_F(NetPrint, FunctionDeclarations) {
             "\nfunction f (a : int; b : real)\nreturns (y : real);");
   EXPECT_EQ(printed([&](PtyStream& s) { net.print_func_decl(id("g"), s); }),
             "\nfunction g ()\nreturns (y : real);");
-  EXPECT_EXIT(printed([&](PtyStream& s) { net.print_func_decl(id("h"), s); }), ExitedWithCode(1),
+  EXPECT_ENDS(printed([&](PtyStream& s) { net.print_func_decl(id("h"), s); }), 1,
               "Net::print_func_decl : undeclared function `h`");
 }
 

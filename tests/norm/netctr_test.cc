@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "net/net.h"
+#include "tests/common/test_io.h"
 
 namespace {
 
@@ -41,7 +42,7 @@ TEST_F(NetCtrTest, PlaceholderIsBlankAndFilledOnce) {
   ASSERT_EQ(p->arity(), 1);
   EXPECT_EQ(p->operand(0), a);
 
-  EXPECT_EXIT(ctr.update(p, source), testing::ExitedWithCode(1),
+  EXPECT_ENDS(ctr.update(p, source), 1,
               HasSubstr("Sorry, Internal Error :\nfile 'netctr':\nbuild_net : NetCtr::update : "
                         "already updated expression\n"));
 }
@@ -52,7 +53,7 @@ TEST_F(NetCtrTest, LeavesAndLinearFormsAreRefused) {
       {input("a"), "INPUT_n"},
       {net.new_icl({input("b")}, {2}, 1), "ICL_n"}};
   for (const auto& [e, kind] : refused) {
-    EXPECT_EXIT(ctr.put_in_hash_tab(e), testing::ExitedWithCode(1),
+    EXPECT_ENDS(ctr.put_in_hash_tab(e), 1,
                 HasSubstr("file 'netctr' :\nNetCtr::put_in_hash_tab : unexpected '" + kind +
                           "' expression\n"));
   }

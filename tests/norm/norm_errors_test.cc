@@ -10,7 +10,7 @@ namespace {
 TEST(NormErrorsTest, UnknownModeIsRefused) {
   LoadedNet loaded("node n (a : int) returns (y : int);\nlet y = a + 1; tel\n");
   loaded.net->mode = 4;
-  EXPECT_EXIT(loaded.net->build(), testing::ExitedWithCode(1),
+  EXPECT_ENDS(loaded.net->build(), 1,
               testing::HasSubstr(" Error :\nunknown option\n"));
 }
 
@@ -19,7 +19,7 @@ TEST(NormErrorsTest, MisplacedReferenceIsAnInternalError) {
   NormNet& net = *loaded.net;
   net.build();
   Exp* bad = net.new_leaf(QVREF_n, loaded.table.find("a"), net.int_type, net.true_name);
-  EXPECT_EXIT(net.through_ref(bad), testing::ExitedWithCode(1),
+  EXPECT_ENDS(net.through_ref(bad), 1,
               testing::HasSubstr("Sorry, Internal Error :\nfile 'net_norm':\n"
                                  "NormNet::through_ref (a) 'QVREF_n' must be OUTPUT or LOCAL\n"));
 }

@@ -58,7 +58,7 @@ TEST(PNetInterfaceTest, CollectsTheInterface) {
 // tests/cli/cases/norm_errors.
 TEST(PNetInterfaceTest, UnreadableFileEndsWithStatusOne) {
   SymbolTable table;
-  EXPECT_EXIT(PNetInterface("/nonexistent/x.qv", &table), testing::ExitedWithCode(1),
+  EXPECT_ENDS(PNetInterface("/nonexistent/x.qv", &table), 1,
               testing::HasSubstr("QvParse : Can't open file '/nonexistent/x.qv'\n"
                                  "syntax errors...\n"));
 }

@@ -6,17 +6,24 @@
 
 #include "tests/common/test_io.h"
 
+// The counters and the spinner are process-wide: every test starts afresh,
+// so the binary passes when its tests are repeated.
+class DiagnosticsTest : public testing::Test {
+ protected:
+  void SetUp() override { reset_diagnostics(); }
+};
+
 // Both headers with a message are in every refusal of the process cases;
 // an empty message still ends its line.
-TEST(DiagnosticsTest, FatalReportWithAnEmptyMessage) {
-  EXPECT_EXIT(error("%s", ""), testing::ExitedWithCode(1), "^  Error :\n\n$");
+TEST_F(DiagnosticsTest, FatalReportWithAnEmptyMessage) {
+  EXPECT_ENDS(error("%s", ""), 1, "^  Error :\n\n$");
 }
 
-TEST(DiagnosticsTest, WarningGoesOn) {
+TEST_F(DiagnosticsTest, WarningGoesOn) {
   EXPECT_EQ(stderr_of([] { warning("careful %s", "now"); }), "  Warning :\ncareful now\n");
 }
 
-TEST(DiagnosticsTest, CountedErrorsStopTogether) {
+TEST_F(DiagnosticsTest, CountedErrorsStopTogether) {
   EXPECT_EQ(error_stop(), 0);
   EXPECT_EQ(stderr_of([] {
               EXPECT_EQ(count_error("e%d\n", 1), 3);
@@ -25,10 +32,10 @@ TEST(DiagnosticsTest, CountedErrorsStopTogether) {
             }),
             "e1\ne2\ne3\n");
   EXPECT_EQ(error_count(), 3);
-  EXPECT_EXIT(error_stop(), testing::ExitedWithCode(1), "\\*\\*\\* 3 Errors stop\n$");
+  EXPECT_ENDS(error_stop(), 1, "\\*\\*\\* 3 Errors stop\n$");
 }
 
-TEST(DiagnosticsTest, VerboseLevelsAndControls) {
+TEST_F(DiagnosticsTest, VerboseLevelsAndControls) {
   set_verbose_level(0);
   EXPECT_EQ(stderr_of([] { EXPECT_EQ(verbose("quiet"), 0); }), "");
 
@@ -47,7 +54,7 @@ TEST(DiagnosticsTest, VerboseLevelsAndControls) {
   set_verbose_level(0);
 }
 
-TEST(DiagnosticsTest, SpinnerIsSilentOffATerminal) {
+TEST_F(DiagnosticsTest, SpinnerIsSilentOffATerminal) {
   set_verbose_level(1);
   EXPECT_EQ(stderr_of([] {
               for (int i = 0; i < 500; ++i) spin(2);
@@ -56,7 +63,7 @@ TEST(DiagnosticsTest, SpinnerIsSilentOffATerminal) {
   set_verbose_level(0);
 }
 
-TEST(DiagnosticsTest, SpinnerCyclesItsGlyphs) {
+TEST_F(DiagnosticsTest, SpinnerCyclesItsGlyphs) {
   set_verbose_level(1);
   const auto spins = [](int n) {
     return stderr_of([n] {
@@ -70,7 +77,7 @@ TEST(DiagnosticsTest, SpinnerCyclesItsGlyphs) {
   set_verbose_level(0);
 }
 
-TEST(DiagnosticsTest, TraceOnlyWithAStream) {
+TEST_F(DiagnosticsTest, TraceOnlyWithAStream) {
   set_trace_stream(nullptr);
   std::string err;
   EXPECT_EQ(stdout_of([&] { err = stderr_of([] { trace_printf("#step %d\n", 1); }); }), "");

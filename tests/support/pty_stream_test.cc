@@ -84,6 +84,6 @@ TEST(PtyStreamTest, CopyTakesTheTargetIndentation) {
 TEST(PtyStreamTest, NamedStreams) {
   { PtyStream err("stderr", 80); }
   EXPECT_NE(fcntl(2, F_GETFD), -1);  // descriptor 2 is still open
-  EXPECT_EXIT(PtyStream("/nonexistent/dir/file", 80), testing::ExitedWithCode(1),
+  EXPECT_ENDS(PtyStream("/nonexistent/dir/file", 80), 1,
               "^can't open file '/nonexistent/dir/file'\n$");
 }
