@@ -6,11 +6,11 @@
 #include <cstdint>
 #include <string>
 
+#include "batch/batch_run.h"
 #include "fuzz/fuzz_input.h"
 #include "fuzz/process_guard.h"
 #include "reader/parse_actions.h"
 #include "support/diagnostics.h"
-#include "tools/batch_run.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const fuzz::FuzzInput input = fuzz::split_input({reinterpret_cast<const char*>(data), size});

@@ -1,4 +1,4 @@
-#include "tools/batch_inputs.h"
+#include "batch/batch_inputs.h"
 
 #include <cctype>
 #include <cerrno>

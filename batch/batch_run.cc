@@ -1,4 +1,4 @@
-#include "tools/batch_run.h"
+#include "batch/batch_run.h"
 
 #include <cstdio>
 #include <fstream>
@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "batch/batch_inputs.h"
 #include "engine/step_cycle.h"
-#include "tools/batch_inputs.h"
 
 namespace {
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "batch/batch_run.h"
 #include "net/net.h"
 #include "reader/lexer.h"
 #include "reader/parser.h"
@@ -10,7 +11,6 @@
 #include "support/diagnostics.h"
 #include "support/pty_stream.h"
 #include "support/string_table.h"
-#include "tools/batch_run.h"
 
 namespace {
 
