@@ -2,10 +2,10 @@
 // one line of text instead of the input panel's fields.
 #pragma once
 
-#include <string>
 #include <string_view>
 #include <vector>
 
+#include "engine/interface.h"
 #include "engine/sim_program.h"
 #include "engine/step_io.h"
 
@@ -30,10 +30,9 @@ class BatchInputs : public StepInputs {
   const char* problem() const { return message_; }
 
  private:
-  const char* store(int input, std::string_view word);
-  const char* refuse(const char* format, const char* name, std::string_view word);
+  const char* store(const Port& port, std::string_view word);
 
-  SimProgram& program_;
+  std::vector<Port> ports_;
   int line_ = 0;
   std::vector<std::string_view> words_;
   char message_[512];

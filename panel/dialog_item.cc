@@ -5,11 +5,10 @@
 #include <X11/Xaw/Form.h>
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
+#include "engine/input_text.h"
 #include "panel/text_buffer.h"
 #include "panel/widget_resources.h"
 
@@ -31,29 +30,10 @@ GC make_gc(Widget widget, Pixel foreground, Pixel background, int line_width) {
   return XtGetGC(widget, GCForeground | GCBackground | GCLineWidth | GCCapStyle, &values);
 }
 
-// Reads as "%d" does: leading blanks skipped, trailing text ignored. A
-// number beyond 32 bits wraps instead of being undefined.
-bool parse_int(const char* text, int* value) {
-  char* end;
-  long long number = std::strtoll(text, &end, 10);
-  if (end == text) return false;
-  *value = static_cast<int32_t>(static_cast<uint32_t>(number));
-  return true;
-}
-
-bool parse_double(const char* text, double* value) {
-  char* end;
-  double number = std::strtod(text, &end);
-  if (end == text) return false;
-  *value = number;
-  return true;
-}
-
 }  // namespace
 
 DialogItem::DialogItem(const char* name, Widget parent, FormItem* above, const char* label,
-                       const char* initial_value, XtCallbackProc callback,
-                       XtPointer client_data)
+                       const char* initial_value, XtCallbackProc callback, XtPointer client_data)
     : FormItem(parent, above),
       label_(label),
       initial_value_(initial_value),
@@ -72,13 +52,12 @@ DialogItem::DialogItem(const char* name, Widget parent, FormItem* above, const c
 
   int key = static_cast<int>(dialog_items().size());
   dialog_items().push_back(this);
+  XtOverrideTranslations(value_child_, XtParseTranslationTable(format_text(
+                                           "\t\t<Key>Return: ReturnInDialogItem(%d)\t", key)));
   XtOverrideTranslations(
-      value_child_,
-      XtParseTranslationTable(format_text("\t\t<Key>Return: ReturnInDialogItem(%d)\t", key)));
-  XtOverrideTranslations(widget, XtParseTranslationTable(format_text(
-                                     "\t\t<Btn1Down>: BtnDownInDialogItem(%d)\n"
-                                     "\t\t<Btn1Up>:   BtnUpInDialogItem(%d)\t",
-                                     key, key)));
+      widget, XtParseTranslationTable(format_text("\t\t<Btn1Down>: BtnDownInDialogItem(%d)\n"
+                                                  "\t\t<Btn1Up>:   BtnUpInDialogItem(%d)\t",
+                                                  key, key)));
 }
 
 Dimension DialogItem::fit_width(Dimension min_width) {
@@ -98,10 +77,10 @@ const char* DialogItem::get() {
   const char* bad = nullptr;
   const char* text = XawDialogGetValueString(widget);
   if (bound_text) *bound_text = text;
-  if (bound_int && !parse_int(text, bound_int)) {
+  if (bound_int && !read_int(text, bound_int)) {
     bad = format_text("Bad integer value for '%s'", label_.c_str());
   }
-  if (bound_double && !parse_double(text, bound_double)) {
+  if (bound_double && !read_real(text, bound_double)) {
     bad = format_text("Bad double value for '%s'", label_.c_str());
   }
   return bad;

@@ -4,8 +4,11 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "engine/eval_items.h"
+#include "engine/input_text.h"
+#include "engine/interface.h"
 #include "engine/step_cycle.h"
 #include "tests/common/test_io.h"
 
@@ -166,6 +169,79 @@ TEST(StepCycle, LongChainStepsAndResets) {
   l.program->input_items[0]->value.i = 7;
   cycle.step();
   EXPECT_EQ(l.program->output_items[0]->value.i, 7 + kLength - 1);
+}
+
+// The interface the front ends build from ------------------------------------
+
+std::vector<std::string> texts(const std::vector<const char*>& names) {
+  return {names.begin(), names.end()};
+}
+
+// Which front end shows or reads which port is their own rule, checked
+// through korvel and korvel-run; here, what the rules are given.
+TEST(Interface, DescribesKindsTypesAndChoicesInDeclarationOrder) {
+  Loaded l(
+      "type handle; type gear; const low : gear; const high : gear;\n"
+      "type mode = (off, slow, fast);\n"
+      "node n (b : bool; k : int; x : real; g : gear; m : mode; h : handle)\n"
+      "returns (next : mode; same : handle);\n"
+      "let next = if m = off then slow else fast; same = h; tel\n");
+  const ProgramInterface described = describe_interface(*l.program);
+  ASSERT_EQ(described.inputs.size(), 6u);
+  ASSERT_EQ(described.outputs.size(), 2u);
+  struct Want {
+    const char* name;
+    PortKind kind;
+    const char* type_name;
+    bool declared;
+  };
+  const Want want[] = {
+      {"b", PortKind::kBool, "bool", false}, {"k", PortKind::kInt, "int", false},
+      {"x", PortKind::kReal, "real", false}, {"g", PortKind::kNamed, "gear", true},
+      {"m", PortKind::kNamed, "mode", true}, {"h", PortKind::kNamed, "handle", true},
+  };
+  for (size_t i = 0; i < described.inputs.size(); ++i) {
+    const Port& port = described.inputs[i];
+    SCOPED_TRACE(want[i].name);
+    EXPECT_STREQ(port.name, want[i].name);
+    EXPECT_EQ(port.kind, want[i].kind);
+    EXPECT_STREQ(port.type_name, want[i].type_name);
+    EXPECT_EQ(port.declared, want[i].declared);
+    EXPECT_EQ(port.value, &l.program->input_items[i]->value);
+  }
+  using testing::ElementsAre;
+  EXPECT_THAT(texts(described.inputs[3].constants), ElementsAre("low", "high"));
+  EXPECT_TRUE(described.inputs[3].enumerators.empty());
+  EXPECT_TRUE(described.inputs[4].constants.empty());
+  // An enumeration's first constant takes the highest position.
+  EXPECT_THAT(texts(described.inputs[4].enumerators), ElementsAre("fast", "slow", "off"));
+  EXPECT_TRUE(described.inputs[5].constants.empty() && described.inputs[5].enumerators.empty());
+  EXPECT_STREQ(described.outputs[0].name, "next");
+  EXPECT_EQ(described.outputs[0].kind, PortKind::kNamed);
+  EXPECT_EQ(described.outputs[0].value, &l.program->output_items[0]->value);
+  EXPECT_STREQ(described.outputs[1].type_name, "handle");
+}
+
+// The engine compares named values as pointers: a choice taken from the
+// description must be the very text its constants hold.
+TEST(Interface, ChoicesAreTheTextsTheEngineCompares) {
+  Loaded l(
+      "type mode = (off, slow, fast);\n"
+      "node n (m : mode) returns (next : mode);\n"
+      "let next = if m = off then slow else fast; tel\n");
+  const ProgramInterface described = describe_interface(*l.program);
+  const Port& m = described.inputs[0];
+  const std::vector<const char*>& modes = described.outputs[0].enumerators;
+  FakeInputs in;
+  CountingOutputs out;
+  StepCycle cycle(*l.program, in, out);
+  ASSERT_TRUE(read_word(m, std::string("off")));
+  EXPECT_EQ(m.value->s, m.enumerators[2]);
+  cycle.step();
+  EXPECT_EQ(described.outputs[0].value->s, modes[1]);
+  ASSERT_TRUE(read_word(m, std::string("fast")));
+  cycle.step();
+  EXPECT_EQ(described.outputs[0].value->s, modes[0]);
 }
 
 }  // namespace

@@ -6,7 +6,9 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
+#include "tests/common/input_texts.h"
 #include "tests/common/x_screen.h"
 #include "tests/gui/child_process.h"
 
@@ -103,6 +105,27 @@ class Session {
   std::vector<Window> output_items_;
 };
 
+struct Finished {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+/// korvel-run with `args`, then a temporary file holding `text`.
+Finished korvel_run(std::vector<std::string> args, const std::string& text) {
+  char path[] = "/tmp/korvel-gui-run-XXXXXX";
+  const int fd = mkstemp(path);
+  if (fd < 0) return {-1, "", "no temporary file"};
+  close(fd);
+  std::ofstream(path) << text;
+  args.insert(args.begin(), KORVEL_RUN_BINARY);
+  args.push_back(path);
+  ChildProcess run(args);
+  const int status = run.wait_exit(kTimeoutMs);
+  std::remove(path);
+  return {status, run.out(), run.err()};
+}
+
 const std::string kMix = "#program mix\n#(b, n, x) returns (c, y, seen)\n";
 
 // One run of korvel through its windows: what the user does, then the
@@ -181,18 +204,46 @@ TEST_P(GuiTest, TraceExitStatusAndReplay) {
   ASSERT_EQ(s.trace(), c.trace);
   EXPECT_EQ(s.errors(), c.errors);
 
-  char path[] = "/tmp/korvel-gui-trace-XXXXXX";
-  int fd = mkstemp(path);
-  ASSERT_GE(fd, 0);
-  close(fd);
-  std::ofstream(path) << s.trace();
-  ChildProcess check({KORVEL_RUN_BINARY, "--check", program_path(c.program), path});
-  EXPECT_EQ(check.wait_exit(kTimeoutMs), 0) << check.out() << check.err();
-  std::remove(path);
+  const Finished check = korvel_run({"--check", program_path(c.program)}, s.trace());
+  EXPECT_EQ(check.status, 0) << check.out << check.err;
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenarios, GuiTest, ::testing::ValuesIn(kScenarios),
                          [](const auto& info) { return std::string(info.param.name); });
+
+// Each text of the table typed into its field, the other field holding
+// 0, then STEP; the same texts as batch lines. Both traces must be the one
+// the table gives, abort lines included.
+TEST(GuiInputTexts, WindowAndBatchReadEveryTextTheSame) {
+  std::string actions, lines;
+  std::string trace = "#program echo\n#(n, x) returns (m, y)\n";
+  int step = 0;
+  for (const InputText& t : kInputTexts) {
+    if (!is_one_word(t.text)) continue;
+    const bool is_int = t.field == Field::kInt;
+    const std::string n = is_int ? t.text : "0";
+    const std::string x = is_int ? "0" : t.text;
+    actions += "type:0:" + n + " type:1:" + x + " step ";
+    lines += n + " " + x + "\n";
+    if (!t.read) {
+      trace += std::string("#error msg from inputs manager\n#Bad ") +
+               (is_int ? "integer value for 'n (int)'" : "double value for 'x (double)'") +
+               "\n#aborted\n";
+      continue;
+    }
+    const std::string values =
+        is_int ? std::string(t.read) + "  0.000000  " : "0  " + std::string(t.read) + "  ";
+    trace += "#step " + std::to_string(++step) + "\n" + values + "#" + values + "\n";
+  }
+  Session s("echo", "echo");
+  ASSERT_NO_FATAL_FAILURE(s.open());
+  s.perform(actions);
+  ASSERT_EQ(s.quit(), 0);
+  EXPECT_EQ(s.trace(), trace);
+  const Finished batch = korvel_run({program_path("echo")}, lines);
+  EXPECT_EQ(batch.status, 0) << batch.err;
+  EXPECT_EQ(batch.out, trace);
+}
 
 // A missing display is tests/cli/cases/korvel_no_display.
 TEST(GuiRefusal, UnsupportedTypeIsRefusedBeforeThePanelsOpen) {

@@ -17,6 +17,7 @@
 #include "panel/text_buffer.h"
 #include "panel/value_item.h"
 #include "panel/widget_resources.h"
+#include "tests/common/input_texts.h"
 
 namespace {
 
@@ -47,30 +48,32 @@ TEST_F(FormItemTest, ChainTakesWidestWidthAndAtLeastTheMinimum) {
   }
 }
 
-TEST_F(FormItemTest, DialogReadsNumbersAsScanfDoesAndKeepsValueOnBadText) {
+// The field's own text, blanks and all, read as the table says; a refused
+// text names the label and leaves the bound variable alone.
+TEST_F(FormItemTest, DialogReadsTheTableTextsAndKeepsValueOnBadText) {
   auto* ints = make<DialogItem>("IntItem", form, nullptr, "n (int)", "0", nullptr, nullptr);
   auto* reals = make<DialogItem>("FloatItem", form, ints, "x (double)", "0.0", nullptr, nullptr);
   int n = 7;
   double x = 0.5;
   ints->bound_int = &n;
   reals->bound_double = &x;
-  struct Case {
-    const char* text;
-    int value;
-  };
-  for (Case c : {Case{"12abc", 12}, Case{"  -3", -3}, Case{"4294967297", 1}}) {
-    XtVaSetValues(ints->widget, XtNvalue, c.text, nullptr);
-    EXPECT_EQ(get_all(reals), nullptr) << c.text;
-    EXPECT_EQ(n, c.value) << c.text;
+  for (const InputText& t : kInputTexts) {
+    const bool is_int = t.field == Field::kInt;
+    DialogItem* item = is_int ? ints : reals;
+    auto shown = [&] { return std::string(is_int ? format_text("%d", n) : format_text("%lf", x)); };
+    const std::string before = shown();
+    const char* refusal =
+        is_int ? "Bad integer value for 'n (int)'" : "Bad double value for 'x (double)'";
+    XtVaSetValues(item->widget, XtNvalue, t.text, nullptr);
+    EXPECT_STREQ(item->get(), t.read ? nullptr : refusal) << t.text;
+    EXPECT_EQ(shown(), t.read ? t.read : before) << t.text;
   }
+  const int kept = n;
   XtVaSetValues(ints->widget, XtNvalue, "abc", nullptr);
   XtVaSetValues(reals->widget, XtNvalue, "2.5e1x", nullptr);
   // The tail is read first, so the real is stored though the int is bad.
   EXPECT_STREQ(get_all(reals), "Bad integer value for 'n (int)'");
-  EXPECT_EQ(n, 1);
-  EXPECT_EQ(x, 25.0);
-  XtVaSetValues(reals->widget, XtNvalue, "", nullptr);
-  EXPECT_STREQ(reals->get(), "Bad double value for 'x (double)'");
+  EXPECT_EQ(n, kept);
   EXPECT_EQ(x, 25.0);
   reals->reset();
   EXPECT_STREQ(XawDialogGetValueString(reals->widget), "0.0");

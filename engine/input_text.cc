@@ -1,0 +1,58 @@
+#include "engine/input_text.h"
+
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+/// The interned text among `names` equal to `word`, or null.
+const char* find_name(const std::vector<const char*>& names, std::string_view word) {
+  for (const char* name : names) {
+    if (word == name) return name;
+  }
+  return nullptr;
+}
+
+/// The number readers need a terminated text; a word is a slice of its line.
+std::string terminated(std::string_view word) {
+  return std::string(word);
+}
+
+}  // namespace
+
+bool read_int(const char* text, int32_t* value) {
+  char* end;
+  const long long number = std::strtoll(text, &end, 10);
+  if (end == text) return false;
+  *value = static_cast<int32_t>(static_cast<uint32_t>(number));
+  return true;
+}
+
+bool read_real(const char* text, double* value) {
+  char* end;
+  const double number = std::strtod(text, &end);
+  if (end == text) return false;
+  *value = number;
+  return true;
+}
+
+bool read_word(const Port& port, std::string_view word) {
+  switch (port.kind) {
+    case PortKind::kBool:
+      if (word != "t" && word != "1" && word != "f" && word != "0") return false;
+      port.value->i = word == "t" || word == "1";
+      return true;
+    case PortKind::kInt:
+      return read_int(terminated(word).c_str(), &port.value->i);
+    case PortKind::kReal:
+      return read_real(terminated(word).c_str(), &port.value->d);
+    case PortKind::kNamed: {
+      const char* name = find_name(port.enumerators, word);
+      if (!name) name = find_name(port.constants, word);
+      if (!name) return false;
+      port.value->s = name;
+      return true;
+    }
+  }
+  return false;
+}

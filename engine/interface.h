@@ -1,0 +1,47 @@
+// The loaded program's inputs and outputs as the front ends see them: what
+// each value field holds and, for declared types, which constant names it
+// may take. Each front end decides from this alone which variables it can
+// show or read.
+#pragma once
+
+#include <vector>
+
+#include "engine/eval_value.h"
+
+class SimProgram;
+
+/// What a variable's value field holds.
+enum class PortKind {
+  kBool,
+  kInt,
+  kReal,
+  /// The name of a constant of a declared (enumerated or extern) type.
+  kNamed,
+};
+
+/// One input or output of the node.
+struct Port {
+  /// The variable's name.
+  const char* name;
+  PortKind kind;
+  /// The name of the variable's type; "tuple" for a type without one.
+  const char* type_name;
+  /// Declared in the program, not predefined or a tuple.
+  bool declared;
+  /// The names of the constants declared with the type, in declaration
+  /// order, and those of its enumeration by position. Both are the interned
+  /// texts the engine's values hold, so a choice compares as a pointer.
+  std::vector<const char*> constants;
+  std::vector<const char*> enumerators;
+  /// The value field of the variable's evaluation item.
+  EvalValue* value;
+};
+
+struct ProgramInterface {
+  /// Both in declaration order.
+  std::vector<Port> inputs;
+  std::vector<Port> outputs;
+};
+
+/// Reads the built program; writes nothing and refuses nothing.
+ProgramInterface describe_interface(SimProgram& program);
