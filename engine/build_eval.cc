@@ -3,6 +3,8 @@
 // operand back to the node (through a memory) finds it.
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,18 +13,6 @@
 #include "support/diagnostics.h"
 
 namespace {
-
-/// Which node's type chooses the class of an operator's item: the node's
-/// own, or that of its first or second operand (the then branch of an if).
-enum Decider { BY_SELF, BY_FIRST, BY_SECOND };
-
-struct OperatorRule {
-  OpKind kind;
-  Decider by;
-  ClassByType classes;
-  /// The `_extern` class made for other types carries the type's name.
-  bool extern_other;
-};
 
 template <class C>
 EvalItem* make_counted(int n) {
@@ -36,59 +26,102 @@ EvalItem* make_input(int identifier) {
   return item;
 }
 
-const ClassByType kInputClasses = {
-    {make_input<BoolVal>, make_input<IntVal>, make_input<RealVal>, make_input<NameVal>}};
-
 constexpr ClassByType always(ItemFactory f) {
-  return {{f, f, f, f}};
+  return {{f, f, f, f}, false};
 }
 /// int selects the first class, every other type the second.
 constexpr ClassByType int_or_real(ItemFactory i, ItemFactory r) {
-  return {{r, i, r, r}};
+  return {{r, i, r, r}, false};
 }
+/// `o` is the `_extern` class.
 constexpr ClassByType each(ItemFactory b, ItemFactory i, ItemFactory r, ItemFactory o) {
-  return {{b, i, r, o}};
+  return {{b, i, r, o}, true};
 }
+constexpr std::nullopt_t kNone = std::nullopt;
 
-const OperatorRule kOperatorRules[] = {
-    {NOT_n, BY_SELF, always(make_item<NOT_bool_EI>), false},
-    {UMINUS_n, BY_SELF, int_or_real(make_item<UMINUS_int_EI>, make_item<UMINUS_double_EI>), false},
-    {INIT_n, BY_SELF, always(make_item<INIT_bool_EI>), false},
-    {AND_n, BY_SELF, always(make_item<AND_bool_EI>), false},
-    {OR_n, BY_SELF, always(make_item<OR_bool_EI>), false},
-    {XOR_n, BY_SELF, always(make_item<NE_bool_EI>), false},
-    {IMPL_n, BY_SELF, always(make_item<IMPL_bool_EI>), false},
-    {EQUAL_n, BY_SECOND,
-     each(make_item<EQ_bool_EI>, make_item<EQ_int_EI>, make_item<EQ_double_EI>,
-          make_item<EQ_extern_EI>),
-     true},
-    {NEQ_n, BY_SECOND,
-     each(make_item<NE_bool_EI>, make_item<NE_int_EI>, make_item<NE_double_EI>,
-          make_item<NE_extern_EI>),
-     true},
-    {GTE_n, BY_FIRST, int_or_real(make_item<GE_int_EI>, make_item<GE_double_EI>), false},
-    {GT_n, BY_FIRST, int_or_real(make_item<GT_int_EI>, make_item<GT_double_EI>), false},
-    {LTE_n, BY_FIRST, int_or_real(make_item<LE_int_EI>, make_item<LE_double_EI>), false},
-    {LT_n, BY_FIRST, int_or_real(make_item<LT_int_EI>, make_item<LT_double_EI>), false},
-    {DIV_n, BY_SELF, always(make_item<DIV_int_EI>), false},
-    {MOD_n, BY_SELF, always(make_item<MOD_int_EI>), false},
-    {MINUS_n, BY_SELF, int_or_real(make_item<MINUS_int_EI>, make_item<MINUS_double_EI>), false},
-    {PLUS_n, BY_SELF, int_or_real(make_item<PLUS_int_EI>, make_item<PLUS_double_EI>), false},
-    {TIMES_n, BY_SELF, int_or_real(make_item<TIMES_int_EI>, make_item<TIMES_double_EI>), false},
-    {SLASH_n, BY_SELF, int_or_real(make_item<DIV_int_EI>, make_item<DIV_double_EI>), false},
-    {IF_n, BY_SECOND, by_value_kind<CondEI>(), true},
-    {NOR_n, BY_SELF, always(make_counted<NOR_bool_EI>), false},
-    {DIESE_n, BY_SELF, always(make_counted<DIESE_bool_EI>), false},
+/// The item classes of a kind whose item the builder takes from this table
+/// (EV_INPUT, EV_CLASSES, EV_MEMORY and EV_FIRST in the operator table).
+struct KindClasses {
+  OpKind kind;
+  std::optional<ClassByType> classes;
 };
 
-const OperatorRule* operator_rule(OpKind kind) {
-  for (const OperatorRule& rule : kOperatorRules) {
-    if (rule.kind == kind) return &rule;
-  }
-  return nullptr;
+// ORDER OP: one row per OpKind, in enum order.
+constexpr KindClasses kItemClasses[] = {
+    {ERROR_n, kNone},
+    {CONST_n, kNone},
+    {INPUT_n,
+     each(make_input<BoolVal>, make_input<IntVal>, make_input<RealVal>, make_input<NameVal>)},
+    {QVREF_n, kNone},
+    {MODELREF_n, kNone},
+    {PRE_n, kNone},
+    {CURRENT_n, kNone},
+    {NOT_n, always(make_item<NOT_bool_EI>)},
+    {UMINUS_n, int_or_real(make_item<UMINUS_int_EI>, make_item<UMINUS_double_EI>)},
+    {LAST_n, by_value_kind<BlastEI>()},
+    {INIT_n, always(make_item<INIT_bool_EI>)},
+    {ARROW_n, kNone},
+    {WHEN_n, kNone},
+    {AND_n, always(make_item<AND_bool_EI>)},
+    {OR_n, always(make_item<OR_bool_EI>)},
+    {XOR_n, always(make_item<NE_bool_EI>)},
+    {IMPL_n, always(make_item<IMPL_bool_EI>)},
+    {EQUAL_n, each(make_item<EQ_bool_EI>, make_item<EQ_int_EI>, make_item<EQ_double_EI>,
+                   make_item<EQ_extern_EI>)},
+    {NEQ_n, each(make_item<NE_bool_EI>, make_item<NE_int_EI>, make_item<NE_double_EI>,
+                 make_item<NE_extern_EI>)},
+    {GTE_n, int_or_real(make_item<GE_int_EI>, make_item<GE_double_EI>)},
+    {GT_n, int_or_real(make_item<GT_int_EI>, make_item<GT_double_EI>)},
+    {LTE_n, int_or_real(make_item<LE_int_EI>, make_item<LE_double_EI>)},
+    {LT_n, int_or_real(make_item<LT_int_EI>, make_item<LT_double_EI>)},
+    {DIV_n, always(make_item<DIV_int_EI>)},
+    {MOD_n, always(make_item<MOD_int_EI>)},
+    {MINUS_n, int_or_real(make_item<MINUS_int_EI>, make_item<MINUS_double_EI>)},
+    {PLUS_n, int_or_real(make_item<PLUS_int_EI>, make_item<PLUS_double_EI>)},
+    {SLASH_n, int_or_real(make_item<DIV_int_EI>, make_item<DIV_double_EI>)},
+    {TIMES_n, int_or_real(make_item<TIMES_int_EI>, make_item<TIMES_double_EI>)},
+    {POWER_n, kNone},
+    {IF_n, by_value_kind<CondEI>()},
+    {TUPLE_n, kNone},
+    {NOR_n, always(make_counted<NOR_bool_EI>)},
+    {DIESE_n, always(make_counted<DIESE_bool_EI>)},
+    {RCL_n, kNone},
+    {ICL_n, kNone},
+    {PROJ_n, kNone},
+    {CALL_n, kNone},
+};
+
+static_assert(std::size(kItemClasses) == N_OPKINDS, "kItemClasses: one row per OpKind");
+
+constexpr bool from_table(EvalBuild build) {
+  return build == EV_INPUT || build == EV_CLASSES || build == EV_MEMORY || build == EV_FIRST;
 }
 
-Exp* decider(Exp* e, Decider by) {
+// The rows agree with the operator table: in enum order, classes exactly
+// for the kinds whose item the builder takes from here, and a class of
+// their own for other types exactly where it names their type on the item.
+static_assert(
+    [] {
+      for (int k = 0; k < N_OPKINDS; ++k) {
+        const KindClasses& row = kItemClasses[k];
+        const OpInfo& info = kOpTable[k];
+        if (row.kind != k || row.classes.has_value() != from_table(info.build)) return false;
+        if (row.classes && row.classes->extern_class != info.extern_other) return false;
+      }
+      return true;
+    }(),
+    "kItemClasses disagrees with kOpTable (ORDER OP)");
+
+}  // namespace
+
+const ClassByType* item_classes(OpKind kind) {
+  const std::optional<ClassByType>& classes = kItemClasses[kind].classes;
+  return classes ? &*classes : nullptr;
+}
+
+namespace {
+
+Exp* decider(Exp* e, EvalDecider by) {
   switch (by) {
     case BY_FIRST:
       return e->operand(0);
@@ -161,47 +194,40 @@ EvalItem* start_item(SimProgram& p, Exp* e, Frame* frame) {
   Net& net = *p.net;
   *frame = Frame{nullptr, e, {nullptr, nullptr}, e->operands.data(), e->arity(), 0, false};
   EvalItem* item = nullptr;
-  QvType* own_type = nullptr;
-  switch (e->op) {
-    case CONST_n:
+  const EvalBuild build = op_eval_build(e->op);
+  switch (build) {
+    case EV_NONE:
+      fprintf(stderr, "unexpected operator: %s\n", op_name(e->op));
+      return nullptr;
+    case EV_CONSTANT:
       item = make_constant(net, e);
-      frame->count = 0;
       break;
-    case INPUT_n: {
-      own_type = net.type(e);
-      item = kInputClasses.of[type_class(net, own_type)](e->ident);
-      break;
-    }
-    case LAST_n:
-      own_type = net.type(e);
-      item = by_value_kind<BlastEI>().of[type_class(net, own_type)](2);
-      clock_split(net, e->operand(0), &frame->split[0], &frame->split[1]);
-      frame->list = nullptr;
-      frame->count = 2;
-      frame->is_last = true;
-      break;
-    case CALL_n: {
+    case EV_CALL: {
       CallArgs args{e->operands.data(), e->arity()};
       item = make_call_item(net, e, &args);
       frame->list = args.items;
       frame->count = args.count;
       break;
     }
-    default: {
-      const OperatorRule* rule = operator_rule(e->op);
-      if (!rule) {
-        fprintf(stderr, "unexpected operator: %s\n", op_name(e->op));
-        return nullptr;
-      }
-      QvType* type = net.type(decider(e, rule->by));
+    case EV_INPUT:
+    case EV_CLASSES:
+    case EV_MEMORY:
+    case EV_FIRST: {
+      QvType* type = net.type(decider(e, op_eval_decider(e->op)));
       const TypeClass tc = type_class(net, type);
-      item = rule->classes.of[tc](e->arity());
-      if (rule->extern_other && tc == TC_OTHER) item->extern_type = type->name;
-      if (e->op == INIT_n) p.memories.push_back(item);
+      item = item_classes(e->op)->of[tc](build == EV_INPUT ? e->ident : e->arity());
+      if (op_extern_other(e->op) && tc == TC_OTHER) item->extern_type = type->name;
+      if (build == EV_FIRST) p.memories.push_back(item);
+      if (build == EV_MEMORY) {
+        clock_split(net, e->operand(0), &frame->split[0], &frame->split[1]);
+        frame->list = nullptr;
+        frame->count = 2;
+        frame->is_last = true;
+      }
+      break;
     }
   }
   if (!item) return nullptr;
-  if (own_type && type_class(net, own_type) == TC_OTHER) item->extern_type = own_type->name;
   if (frame->count != item->n_operands) {
     internal_error("file 'build_eval':\nbuild_item : '%s' node with %d operands\n", op_name(e->op),
                    frame->count);
@@ -227,7 +253,6 @@ const char* kind_text(const Net& net, int kind, int extern_type) {
 }
 
 std::string operator_text(const Net& net, const Exp* e) {
-  if (e->op == IF_n) return "'if'";
   if (e->op == CALL_n) return "'" + std::string(net.strings->text(e->param)) + "'";
   return "'" + std::string(op_symbol(e->op)) + "'";
 }

@@ -26,6 +26,9 @@ EvalItem* make_item(int) {
 /// One class per type class, in TypeClass order.
 struct ClassByType {
   ItemFactory of[4];
+  /// The TC_OTHER class is an `_extern` one of its own, over the values of
+  /// the type named by the item's extern_type.
+  bool extern_class;
 };
 
 /// The classes the four value kinds get where the kind is the node's own:
@@ -33,8 +36,14 @@ struct ClassByType {
 template <template <class> class Family>
 constexpr ClassByType by_value_kind() {
   return {{make_item<Family<BoolVal>>, make_item<Family<IntVal>>, make_item<Family<RealVal>>,
-           make_item<Family<NameVal>>}};
+           make_item<Family<NameVal>>},
+          true};
 }
+
+/// The classes of a kind whose item comes from the engine's table (EV_INPUT,
+/// EV_CLASSES, EV_MEMORY and EV_FIRST in the operator table); null for the
+/// others.
+const ClassByType* item_classes(OpKind kind);
 
 /// Arguments of a call: the members of a tuple argument, else the argument.
 struct CallArgs {

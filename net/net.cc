@@ -292,21 +292,8 @@ Exp* Net::new_leaf(OpKind op, int ident, QvType* type, int clock) {
   return new_node(std::move(e));
 }
 
-namespace {
-
-// Operand count of the fixed-arity kinds; -1 for the n-ary ones.
-int fixed_arity(OpKind op) {
-  if (is_unary_kind(op) || op == PROJ_n || op == CALL_n) return 1;
-  if (is_binary_kind(op)) return 2;
-  if (op == IF_n) return 3;
-  if (is_nary_kind(op) || op == RCL_n || op == ICL_n) return -1;
-  return 0;
-}
-
-}  // namespace
-
 Exp* Net::new_exp(OpKind op, std::vector<Exp*> operands, int param) {
-  int need = fixed_arity(op);
+  int need = op_operand_count(op);
   if (need >= 0 && need != static_cast<int>(operands.size()))
     internal_error("file 'net':\nNet::new_exp : '%s' needs %d operands, not %d\n", op_name(op),
                    need, static_cast<int>(operands.size()));

@@ -102,58 +102,83 @@ class ExpPrinter {
   // first comes out first.
   void expand(const Exp& e) {
     seq_.clear();
-    OpKind op = e.op;
-    if (is_leaf_kind(op)) {
-      if (!e.ident)
-        internal_error("file 'net':\nExp::%s : '%s' Exp must have an identifier\n", who(),
-                       op_name(op));
-      text(names_.text(e.ident));
-    } else if (is_unary_kind(op)) {
-      text(std::string(op_symbol(op)) + "(");
-      sub(e.operand(0));
-      text(")");
-    } else if (is_binary_kind(op)) {
-      text("(");
-      sub(e.operand(0));
-      text(std::string(")") + op_symbol(op) + "(");
-      sub(e.operand(1));
-      text(")");
-    } else if (op == IF_n) {
-      text(" if (");
-      sub(e.operand(0));
-      text(") then (");
-      sub(e.operand(1));
-      text(") else (");
-      sub(e.operand(2));
-      text(")");
-    } else if (is_nary_kind(op)) {
-      text(std::string(op_symbol(op)) + "(");
-      list(e.operands);
-      text(")");
-    } else if (op == ICL_n) {
-      std::vector<Ratio> coefs;
-      for (int c : e.icoefs) coefs.push_back({c, 1});
-      linear(e.operands, coefs, {e.iconst, 1});
-    } else if (op == RCL_n) {
-      std::vector<Ratio> coefs;
-      for (const Fract& c : e.rcoefs) coefs.push_back({c.numerator(), c.denominator()});
-      linear(e.operands, coefs, {e.rconst.numerator(), e.rconst.denominator()});
-    } else if (op == PROJ_n) {
-      text("proj(");
-      text(std::to_string(e.projection_order()));
-      text(")(");
-      sub(e.operand(0));
-      text(")");
-    } else if (op == CALL_n) {
-      const Exp* args = e.operand(0)->op == TUPLE_n ? e.operand(0) : &e;
-      text(std::string(names_.text(e.function_name())) + "(");
-      list(args->operands);
-      text(")");
-    } else {
-      internal_error("file 'net':\nExp::%s '%s' is not implemented\n", who(), op_name(op));
+    const OpKind op = e.op;
+    switch (op_arity(op)) {
+      case AR_LEAF:
+        if (!e.ident)
+          internal_error("file 'net':\nExp::%s : '%s' Exp must have an identifier\n", who(),
+                         op_name(op));
+        text(names_.text(e.ident));
+        break;
+      case AR_UNARY:
+        text(std::string(op_symbol(op)) + "(");
+        sub(e.operand(0));
+        text(")");
+        break;
+      case AR_BINARY:
+        text("(");
+        sub(e.operand(0));
+        text(std::string(")") + op_symbol(op) + "(");
+        sub(e.operand(1));
+        text(")");
+        break;
+      case AR_IF:
+        text(" if (");
+        sub(e.operand(0));
+        text(") then (");
+        sub(e.operand(1));
+        text(") else (");
+        sub(e.operand(2));
+        text(")");
+        break;
+      case AR_NARY:
+        text(std::string(op_symbol(op)) + "(");
+        list(e.operands);
+        text(")");
+        break;
+      case AR_LINEAR:
+      case AR_PARAM:
+        special_form(e);
+        break;
+      case AR_BLANK:
+        internal_error("file 'net':\nExp::%s '%s' is not implemented\n", who(), op_name(op));
     }
     todo_.insert(todo_.end(), std::make_move_iterator(seq_.rbegin()),
                  std::make_move_iterator(seq_.rend()));
+  }
+
+  // ORDER OP: the kinds with a form of their own.
+  void special_form(const Exp& e) {
+    switch (e.op) {
+      case ICL_n: {
+        std::vector<Ratio> coefs;
+        for (int c : e.icoefs) coefs.push_back({c, 1});
+        linear(e.operands, coefs, {e.iconst, 1});
+        return;
+      }
+      case RCL_n: {
+        std::vector<Ratio> coefs;
+        for (const Fract& c : e.rcoefs) coefs.push_back({c.numerator(), c.denominator()});
+        linear(e.operands, coefs, {e.rconst.numerator(), e.rconst.denominator()});
+        return;
+      }
+      case PROJ_n:
+        text("proj(");
+        text(std::to_string(e.projection_order()));
+        text(")(");
+        sub(e.operand(0));
+        text(")");
+        return;
+      case CALL_n: {
+        const Exp* args = e.operand(0)->op == TUPLE_n ? e.operand(0) : &e;
+        text(std::string(names_.text(e.function_name())) + "(");
+        list(args->operands);
+        text(")");
+        return;
+      }
+      default:
+        internal_error("file 'net':\nExp::%s '%s' is not implemented\n", who(), op_name(e.op));
+    }
   }
 
   // c0*x0 +c1*x1 ... +k, with unit coefficients and a zero constant elided;

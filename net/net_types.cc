@@ -1,7 +1,8 @@
-// Types and clocks of expression nodes, derived on demand from one operand
-// (or a declaration) per operator kind and cached in the node. Both walk
+// Types and clocks of expression nodes, derived on demand by the type rule
+// of the operator table (net/op_kind.h) and cached in the node. Both walk
 // with an explicit stack: a left-nested sum of a million terms is a chain
 // of a million nodes, far deeper than the call stack allows.
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -15,40 +16,49 @@ QvType type_in_progress;
 // The same for clocks: -1 means "not computed", so this is another value.
 constexpr int kClockInProgress = -2;
 
-// Kinds whose value is a Boolean whatever their operands are.
-bool gives_bool(OpKind op) { return (op >= EQUAL_n && op <= LT_n) || op == NOR_n || op == DIESE_n; }
-
 // The operands whose types decide the type of `e`, as a range of indexes.
 std::pair<int, int> type_sources(const Exp* e) {
-  if (gives_bool(e->op)) return {0, 0};
-  switch (e->op) {
-    case CALL_n:
-    case RCL_n:
-    case ICL_n:
-      return {0, 0};
-    case IF_n:
+  switch (op_type_rule(e->op)) {
+    case TY_THEN:
       return {1, 2};
-    case TUPLE_n:
+    case TY_TUPLE:
       return {0, e->arity()};
-    default:
-      return {0, e->arity() > 0 ? 1 : 0};
+    case TY_OPERAND0:
+    case TY_MEMBER:
+      return {0, std::min(e->arity(), 1)};
+    case TY_DECLARED:
+    case TY_BOOL:
+    case TY_INT:
+    case TY_REAL:
+    case TY_RESULT:
+      break;
   }
+  return {0, 0};
 }
 
 }  // namespace
 
 // Once every source of a node is typed, its own type follows from them.
 QvType* Net::type_from_sources(Exp* e) {
-  if (gives_bool(e->op)) return bool_type;
-  switch (e->op) {
-    case IF_n:
+  switch (op_type_rule(e->op)) {
+    case TY_DECLARED:
+      break;
+    case TY_BOOL:
+      return bool_type;
+    case TY_OPERAND0:
+      return e->operand(0)->type;
+    case TY_THEN:
       return e->operand(1)->type;
-    case CALL_n: {
+    case TY_INT:
+      return int_type;
+    case TY_REAL:
+      return real_type;
+    case TY_RESULT: {
       FuncInfo* f = func_info(e->param);
       if (!f) error("Net::type : undeclared function '%s'\n", strings->text(e->param));
       return f->out_type;
     }
-    case TUPLE_n: {
+    case TY_TUPLE: {
       std::vector<int> names;
       for (Exp* operand : e->operands) {
         if (operand->type->is_tuple) error("Net::type : a tuple cannot be a member of a tuple\n");
@@ -56,7 +66,7 @@ QvType* Net::type_from_sources(Exp* e) {
       }
       return tuple_type(names.data(), e->arity());
     }
-    case PROJ_n: {
+    case TY_MEMBER: {
       IndexList* members = e->operand(0)->type->member();
       int name = 0;
       if (e->param < 1 || IndexList::nth(members, e->param - 1, &name))
@@ -64,15 +74,9 @@ QvType* Net::type_from_sources(Exp* e) {
               e->param);
       return named_type(name);
     }
-    case RCL_n:
-      return real_type;
-    case ICL_n:
-      return int_type;
-    default:
-      if (e->arity() == 0)
-        internal_error("file net_types:\nNet::type '%s' is not implemented\n", op_name(e->op));
-      return e->operand(0)->type;
   }
+  // A leaf is made with its type; one without has nothing to take it from.
+  internal_error("file net_types:\nNet::type '%s' is not implemented\n", op_name(e->op));
 }
 
 QvType* Net::type(Exp* root) {
@@ -98,6 +102,7 @@ QvType* Net::type(Exp* root) {
   return root->type;
 }
 
+// ORDER OP: the kinds that decide a clock rather than take operand 0's.
 int Net::clock(Exp* root) {
   // The clock comes down the chain of first operands to a node that knows
   // or decides it; every node on the way then takes it.

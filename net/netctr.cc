@@ -24,29 +24,33 @@ void NetCtr::update(Exp* target, Exp* source) {
   *target = *source;
 }
 
+// The kind does not enter the bucket, only its operands, taken by arity.
 unsigned NetCtr::bucket(const Exp* node) {
-  const int kind = node->op;
-  if (is_unary_kind(kind) || kind == PROJ_n || kind == CALL_n) {
-    return identity(node->operand(0)) % kBuckets;
-  }
-  if (is_binary_kind(kind)) {
-    return (identity(node->operand(0)) / 4 + identity(node->operand(1)) / 4) % kBuckets;
-  }
-  if (kind == IF_n) {
-    return (identity(node->operand(0)) / 16 + identity(node->operand(1)) / 16 +
-            identity(node->operand(2)) / 16) %
-           kBuckets;
-  }
-  if (is_nary_kind(kind)) {
-    // Long tuples are bucketed by their last sixteen operands only.
-    unsigned s = 0;
-    for (int i = node->arity() - 1, taken = 0; i >= 0 && taken < 16; --i, ++taken) {
-      s = identity(node->operand(i)) / 4 + 4 * s;
+  switch (op_arity(node->op)) {
+    case AR_UNARY:
+    case AR_PARAM:
+      return identity(node->operand(0)) % kBuckets;
+    case AR_BINARY:
+      return (identity(node->operand(0)) / 4 + identity(node->operand(1)) / 4) % kBuckets;
+    case AR_IF:
+      return (identity(node->operand(0)) / 16 + identity(node->operand(1)) / 16 +
+              identity(node->operand(2)) / 16) %
+             kBuckets;
+    case AR_NARY: {
+      // Long tuples are bucketed by their last sixteen operands only.
+      unsigned s = 0;
+      for (int i = node->arity() - 1, taken = 0; i >= 0 && taken < 16; --i, ++taken) {
+        s = identity(node->operand(i)) / 4 + 4 * s;
+      }
+      return s % kBuckets;
     }
-    return s % kBuckets;
+    case AR_BLANK:
+    case AR_LEAF:
+    case AR_LINEAR:
+      break;
   }
   internal_error("file 'netctr' :\nNetCtr::put_in_hash_tab : unexpected '%s' expression",
-                 op_name(kind));
+                 op_name(node->op));
 }
 
 NetCtr::Cell* NetCtr::put_in_hash_tab(Exp* node) {

@@ -84,34 +84,25 @@ bool NormNet::same_shape(Exp* a, Exp* b) {
   a = through_ref(a);
   b = through_ref(b);
   if (a->op != b->op || a->arity() != b->arity()) return false;
-  return (a->op != PROJ_n && a->op != CALL_n) || a->param == b->param;
+  return op_arity(a->op) != AR_PARAM || a->param == b->param;
 }
 
 bool NormNet::equivalent(Exp* a, Exp* b, int k) {
   if (!same_shape(a, b)) return false;
   a = through_ref(a);
   b = through_ref(b);
-  switch (a->op) {
-    case AND_n:
-    case OR_n:
-    case XOR_n:
-    case EQUAL_n:
-    case NEQ_n:
-    case PLUS_n:
-    case TIMES_n: {
-      Exp* a0 = a->operand(0);
-      Exp* a1 = a->operand(1);
-      Exp* b0 = b->operand(0);
-      Exp* b1 = b->operand(1);
-      return (same_class(a0, b0, k) && same_class(a1, b1, k)) ||
-             (same_class(a1, b0, k) && same_class(a0, b1, k));
-    }
-    default:
-      for (int i = 0; i < a->arity(); ++i) {
-        if (!same_class(a->operand(i), b->operand(i), k)) return false;
-      }
-      return true;
+  if (op_commutes(a->op)) {
+    Exp* a0 = a->operand(0);
+    Exp* a1 = a->operand(1);
+    Exp* b0 = b->operand(0);
+    Exp* b1 = b->operand(1);
+    return (same_class(a0, b0, k) && same_class(a1, b1, k)) ||
+           (same_class(a1, b0, k) && same_class(a0, b1, k));
   }
+  for (int i = 0; i < a->arity(); ++i) {
+    if (!same_class(a->operand(i), b->operand(i), k)) return false;
+  }
+  return true;
 }
 
 // Nodes moved out of class k by the split in progress still count as

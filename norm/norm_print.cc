@@ -56,40 +56,54 @@ void NormNet::print_class(Exp* node) {
       operand(operands[i]);
     }
   };
-  const int kind = node->op;
-  if (is_unary_kind(kind)) {
-    std::printf("%s(", op_symbol(kind));
-    operand(node->operand(0));
-    std::printf(")");
-  } else if (is_binary_kind(kind)) {
-    std::printf("(");
-    operand(node->operand(0));
-    std::printf(")%s(", op_symbol(kind));
-    operand(node->operand(1));
-    std::printf(")");
-  } else if (kind == IF_n) {
-    std::printf(" if (");
-    operand(node->operand(0));
-    std::printf(") then (");
-    operand(node->operand(1));
-    std::printf(") else (");
-    operand(node->operand(2));
-    std::printf(")");
-  } else if (is_nary_kind(kind)) {
-    std::printf("%s(", op_symbol(kind));
-    list(node->operands);
-    std::printf(")");
-  } else if (kind == CALL_n) {
-    Exp* argument = node->operand(0);
-    std::printf("%s(", strings->text(node->param));
-    list(argument->op == TUPLE_n ? argument->operands : node->operands);
-    std::printf(")");
-  } else if (kind == PROJ_n) {
-    std::printf("proj_%d(", node->param);
-    operand(node->operand(0));
-    std::printf(")");
-  } else {
-    internal_error("file 'net_norm':\nNormNet::print_class '%s' is not implemented\n",
-                   op_name(kind));
+  const OpKind kind = node->op;
+  switch (op_arity(kind)) {
+    case AR_UNARY:
+      std::printf("%s(", op_symbol(kind));
+      operand(node->operand(0));
+      std::printf(")");
+      return;
+    case AR_BINARY:
+      std::printf("(");
+      operand(node->operand(0));
+      std::printf(")%s(", op_symbol(kind));
+      operand(node->operand(1));
+      std::printf(")");
+      return;
+    case AR_IF:
+      std::printf(" if (");
+      operand(node->operand(0));
+      std::printf(") then (");
+      operand(node->operand(1));
+      std::printf(") else (");
+      operand(node->operand(2));
+      std::printf(")");
+      return;
+    case AR_NARY:
+      std::printf("%s(", op_symbol(kind));
+      list(node->operands);
+      std::printf(")");
+      return;
+    case AR_PARAM:
+      // ORDER OP: the kinds with a form of their own.
+      if (kind == CALL_n) {
+        Exp* argument = node->operand(0);
+        std::printf("%s(", strings->text(node->param));
+        list(argument->op == TUPLE_n ? argument->operands : node->operands);
+        std::printf(")");
+        return;
+      }
+      if (kind == PROJ_n) {
+        std::printf("proj_%d(", node->param);
+        operand(node->operand(0));
+        std::printf(")");
+        return;
+      }
+      break;
+    case AR_BLANK:
+    case AR_LEAF:
+    case AR_LINEAR:
+      break;
   }
+  internal_error("file 'net_norm':\nNormNet::print_class '%s' is not implemented\n", op_name(kind));
 }

@@ -7,6 +7,8 @@ namespace net_norm {
 // translated once per occurrence and the copies are merged again by the
 // minimal network. References are leaves, so each definition is
 // translated only by the normalisation of its own name.
+// ORDER OP: the temporal kinds and calls; every other kind is copied over
+// the normal forms of its operands.
 Exp* Ximpl(NormNet& net, Exp* e) {
   switch (e->op) {
     case CONST_n:

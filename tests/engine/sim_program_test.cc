@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/build_support.h"
 #include "engine/eval_items.h"
 #include "engine/input_text.h"
 #include "engine/interface.h"
@@ -34,6 +35,27 @@ void load_only(const std::string& source) {
 template <class C>
 bool is(const EvalItem* item) {
   return dynamic_cast<const C*>(item) != nullptr;
+}
+
+// Each class of the engine's table takes the operands the builder gives
+// it (a memory's value and clock, else those of its kind), and a kind the
+// operator table calls Boolean gets Boolean values whatever the type.
+TEST(BuildEval, EveryItemClassFitsItsKind) {
+  for (int k = 0; k < N_OPKINDS; ++k) {
+    const OpKind kind = static_cast<OpKind>(k);
+    const ClassByType* classes = item_classes(kind);
+    if (!classes) continue;
+    int count = op_operand_count(kind);
+    if (count < 0) count = 3;
+    if (op_eval_build(kind) == EV_MEMORY) count = 2;
+    for (ItemFactory make : classes->of) {
+      std::unique_ptr<EvalItem> item(make(count));
+      EXPECT_EQ(item->n_operands, count) << op_name(kind);
+      if (op_type_rule(kind) == TY_BOOL) {
+        EXPECT_EQ(item->value_kind, VK_BOOL) << op_name(kind);
+      }
+    }
+  }
 }
 
 TEST(BuildEval, SharedNodesShareOneItem) {
