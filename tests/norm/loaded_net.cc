@@ -2,8 +2,8 @@
 
 #include "reader/parser.h"
 
-LoadedNet::LoadedNet(const std::string& source, int skip_minimise, int bool_opt)
-    : net(std::make_unique<NormNet>(&table, skip_minimise, bool_opt)) {
+LoadedNet::LoadedNet(const std::string& source, const LoadOptions& options)
+    : net(std::make_unique<NormNet>(&table, options)) {
   ProgramFile file(source);
   EXPECT_EQ(QvParse(net.get(), &table, file.path()), 0) << source;
 }
