@@ -4,8 +4,7 @@
 
 LoadedNet::LoadedNet(const std::string& source, const LoadOptions& options)
     : net(std::make_unique<NormNet>(&table, options)) {
-  ProgramFile file(source);
-  EXPECT_EQ(QvParse(net.get(), &table, file.path()), 0) << source;
+  EXPECT_EQ(QvParseText(net.get(), &table, source), 0) << source;
 }
 
 Exp* LoadedNet::final(const char* name) {
