@@ -29,42 +29,45 @@ int print_net(const char* path) {
   return 0;
 }
 
-// Build options of the loading modes, set by flags anywhere on the line.
-int skip_minimise = 0;
-int bool_opt = 0;
-int check = 0;
+// Options of the loading modes and the batch run, set by flags anywhere on
+// the line.
+LoadOptions load;
+bool check = false;
 
 struct Flag {
   const char* option;
-  int* value;
+  /// Takes `value` when the flag is given; a flag may clear an option that
+  /// is on by default.
+  bool* field;
+  bool value;
   const char* help;
 };
 
 const Flag kFlags[] = {
-    {"--no-minimise", &skip_minimise, "keep one class per node (no minimal network)"},
-    {"--bool-opt", &bool_opt, "fold true and false out of Boolean operators"},
-    {"--check", &check, "batch: INPUTS is a recorded trace whose outputs must recur"},
+    {"--no-minimise", &load.minimise, false, "keep one class per node (no minimal network)"},
+    {"--bool-opt", &load.bool_opt, true, "fold true and false out of Boolean operators"},
+    {"--check", &check, true, "batch: INPUTS is a recorded trace whose outputs must recur"},
 };
 
 // The loading modes: the program is loaded as the simulator loads it, and a
 // failure ends the process with the loader's messages and status 1.
 int print_norm(const char* path) {
   SymbolTable table;
-  PNetInterface program(path, &table, skip_minimise, bool_opt);
+  PNetInterface program(path, &table, load);
   program.net->print();
   return 0;
 }
 
 int print_classes(const char* path) {
   SymbolTable table;
-  PNetInterface program(path, &table, skip_minimise, bool_opt);
+  PNetInterface program(path, &table, load);
   program.net->print_classes();
   return 0;
 }
 
 int print_stats(const char* path) {
   SymbolTable table;
-  PNetInterface program(path, &table, skip_minimise, bool_opt);
+  PNetInterface program(path, &table, load);
   const NormNet& net = *program.net;
   std::printf("nodes: %d\nrequests: %d\nclasses: %d\n", net.n_nodes, net.n_requests, net.n_classes);
   return 0;
@@ -103,7 +106,7 @@ int run_tool(int argc, char** argv) {
       if (std::strcmp(argv[i], f.option) == 0) flag = &f;
     }
     if (flag) {
-      *flag->value = 1;
+      *flag->field = flag->value;
     } else {
       argv[kept++] = argv[i];
     }
@@ -116,8 +119,7 @@ int run_tool(int argc, char** argv) {
     batch.program = argv[1];
     batch.inputs = argc == 3 ? argv[2] : nullptr;
     batch.check = check;
-    batch.skip_minimise = skip_minimise;
-    batch.bool_opt = bool_opt;
+    batch.load = load;
     return run_batch(batch);
   }
   for (const Mode& m : kModes) {

@@ -111,7 +111,7 @@ int run_batch(const BatchOptions& options) {
     return 1;
   }
   SymbolTable table;
-  SimProgram program(options.program, &table, options.skip_minimise, options.bool_opt);
+  SimProgram program(options.program, &table, options.load);
   BatchInputs inputs(program);
   TraceOnly shown;
   RecordedOutputs recorded(program);

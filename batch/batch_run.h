@@ -3,14 +3,15 @@
 // a recorded trace against a new run.
 #pragma once
 
+#include "norm/load_options.h"
+
 struct BatchOptions {
   const char* program = nullptr;
   /// Null reads standard input.
   const char* inputs = nullptr;
   /// The inputs are a recorded trace whose outputs must be reproduced.
   bool check = false;
-  int skip_minimise = 0;
-  int bool_opt = 0;
+  LoadOptions load;
 };
 
 /// The exit status: 0, or 1 after a message on standard error.

@@ -4,8 +4,8 @@
 
 #include "support/diagnostics.h"
 
-SimProgram::SimProgram(const char* path, SymbolTable* table, int skip_minimise, int bool_opt)
-    : PNetInterface(path, table, skip_minimise, bool_opt) {
+SimProgram::SimProgram(const char* path, SymbolTable* table, const LoadOptions& options)
+    : PNetInterface(path, table, options) {
   // A file of declarations alone is a valid program, but nothing to run.
   if (net->node_name == 0) {
     std::fprintf(stderr, "No node to simulate in '%s'\n", path);

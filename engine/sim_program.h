@@ -13,7 +13,7 @@ class SimProgram : public PNetInterface {
  public:
   /// Loads the file and builds the graph; a program that cannot be loaded
   /// or simulated ends the process with status 1 after its message.
-  SimProgram(const char* path, SymbolTable* table, int skip_minimise = 0, int bool_opt = 0);
+  SimProgram(const char* path, SymbolTable* table, const LoadOptions& options = {});
 
   /// Advances every memory: all of them compute their next state, then all
   /// take it, so no memory sees another's new state.

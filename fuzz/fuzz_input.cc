@@ -49,8 +49,8 @@ FuzzInput split_input(std::string_view data) {
   }
   if (data.starts_with("--")) {
     const std::string_view first = data.substr(0, data.find('\n'));
-    input.skip_minimise = names(first, "no-minimise");
-    input.bool_opt = names(first, "bool-opt");
+    input.load.minimise = !names(first, "no-minimise");
+    input.load.bool_opt = names(first, "bool-opt");
     input.check = names(first, "check");
     input.print = names(first, "print");
   }

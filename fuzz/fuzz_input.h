@@ -9,13 +9,14 @@
 #include <string>
 #include <string_view>
 
+#include "norm/load_options.h"
+
 namespace fuzz {
 
 struct FuzzInput {
   std::string_view program;
   std::string_view lines;
-  int skip_minimise = 0;
-  int bool_opt = 0;
+  LoadOptions load;
   bool check = false;
   bool print = false;
 };

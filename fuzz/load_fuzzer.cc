@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   auto load = [&] {
     reset_conversions();
     SymbolTable table;
-    SimProgram program(path.c_str(), &table, input.skip_minimise, input.bool_opt);
+    SimProgram program(path.c_str(), &table, input.load);
     if (!input.print) return;
     PtyStream out(80);
     program.net->print_program(out, false);

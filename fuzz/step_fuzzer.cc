@@ -20,8 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   options.program = program.c_str();
   options.inputs = lines.c_str();
   options.check = input.check;
-  options.skip_minimise = input.skip_minimise;
-  options.bool_opt = input.bool_opt;
+  options.load = input.load;
   auto run = [&] {
     reset_conversions();
     run_batch(options);

@@ -2,8 +2,8 @@
 
 #include "support/diagnostics.h"
 
-NormNet::NormNet(SymbolTable* strings, int skip_minimise, int bool_opt)
-    : Net(strings), mode(skip_minimise ? 3 : 0), bool_opt(bool_opt) {}
+NormNet::NormNet(SymbolTable* strings, const LoadOptions& options)
+    : Net(strings), mode(options.minimise ? 0 : 3), bool_opt(options.bool_opt) {}
 
 void NormNet::build() {
   verbose("start normalisation ... ");

@@ -9,6 +9,7 @@
 
 #include "net/net.h"
 #include "net/netctr.h"
+#include "norm/load_options.h"
 
 class NormNet : public Net {
  public:
@@ -18,7 +19,7 @@ class NormNet : public Net {
     Cell* next;
   };
 
-  NormNet(SymbolTable* strings, int skip_minimise, int bool_opt);
+  NormNet(SymbolTable* strings, const LoadOptions& options);
 
   /// Normalises everything, then partitions and rebuilds the representatives.
   void build();

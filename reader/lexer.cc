@@ -60,8 +60,21 @@ QvLexer::QvLexer(FILE* in) : in_(in) {
   advance();
 }
 
+QvLexer::QvLexer(std::string_view text) : text_(text) {
+  advance();
+}
+
+int QvLexer::read() {
+  if (in_) return std::fgetc(in_);
+  if (text_.empty()) return EOF;
+  // As fgetc gives it: a byte above 127 is no negative char, nor EOF.
+  const unsigned char c = text_.front();
+  text_.remove_prefix(1);
+  return c;
+}
+
 void QvLexer::advance() {
-  look_ = std::fgetc(in_);
+  look_ = read();
   ++chars_read;
   if (look_ == '\0') std::printf("ICI (car %ld)\n", chars_read);
   if (look_ == '\n') ++line_;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdio>
+#include <string_view>
 
 /// Bytes of the value that travels with a token, terminating NUL included.
 constexpr int kTokenValueSize = 256;
@@ -11,6 +12,8 @@ class QvLexer {
  public:
   /// Starts on a file opened by the caller: line 1, first character read.
   explicit QvLexer(FILE* in);
+  /// Starts on text in memory, which must outlive the lexer.
+  explicit QvLexer(std::string_view text);
   QvLexer(const QvLexer&) = delete;
   QvLexer& operator=(const QvLexer&) = delete;
 
@@ -23,6 +26,8 @@ class QvLexer {
 
  private:
   void advance();
+  /// The next byte of the input, EOF at its end.
+  int read();
   /// Appends the lookahead to the lexeme and advances.
   void take();
   int number(char* value);
@@ -32,7 +37,10 @@ class QvLexer {
   int pair_or_comment(int first);
   [[noreturn]] void fail(const char* what);
 
-  FILE* in_;
+  /// Null when the input is `text_`.
+  FILE* in_ = nullptr;
+  /// What is left of an input in memory.
+  std::string_view text_;
   int look_ = -1;
   int line_ = 1;
   char lexeme_[kTokenValueSize];

@@ -1,5 +1,8 @@
-// The parse entry of the reader: fills a Net from one qv source file.
+// The parse entry of the reader: fills a Net from qv source, read from a
+// file or from memory.
 #pragma once
+
+#include <string_view>
 
 class Net;
 class SymbolTable;
@@ -10,3 +13,5 @@ class SymbolTable;
 /// overflow (report on standard output). Lexical errors, undeclared names
 /// and declaration errors end the process.
 int QvParse(Net* net, SymbolTable* table, const char* path);
+/// As QvParse, on source text in memory.
+int QvParseText(Net* net, SymbolTable* table, std::string_view source);

@@ -11,16 +11,15 @@ PNetInterface::Record::~Record() {
   delete local_positions;
 }
 
-PNetInterface::PNetInterface(const char* path, SymbolTable* table, int skip_minimise,
-                             int bool_opt)
+PNetInterface::PNetInterface(const char* path, SymbolTable* table, const LoadOptions& options)
     : record_key(new_pass_key()) {
-  if (build(path, table, skip_minimise, bool_opt) != 0) end_process(1);
+  if (build(path, table, options) != 0) end_process(1);
 }
 
 PNetInterface::~PNetInterface() = default;
 
-int PNetInterface::build(const char* path, SymbolTable* table, int skip_minimise, int bool_opt) {
-  net = std::make_unique<NormNet>(table, skip_minimise, bool_opt);
+int PNetInterface::build(const char* path, SymbolTable* table, const LoadOptions& options) {
+  net = std::make_unique<NormNet>(table, options);
   if (QvParse(net.get(), table, path) != 0) {
     std::fprintf(stderr, "syntax errors...\n");
     return 1;

@@ -26,14 +26,14 @@ class PNetInterface {
   };
 
   /// Loads the file; a failure ends the process with status 1.
-  PNetInterface(const char* path, SymbolTable* table, int skip_minimise = 0, int bool_opt = 0);
+  PNetInterface(const char* path, SymbolTable* table, const LoadOptions& options = {});
   PNetInterface(const PNetInterface&) = delete;
   PNetInterface& operator=(const PNetInterface&) = delete;
   virtual ~PNetInterface();
 
   /// 0 on success; 1, with "syntax errors..." on standard error, when the
   /// parse fails.
-  int build(const char* path, SymbolTable* table, int skip_minimise, int bool_opt);
+  int build(const char* path, SymbolTable* table, const LoadOptions& options);
   void add_output(Exp* e, int name);
   void add_local(Exp* e, int name);
   void add_assert(Exp* e);

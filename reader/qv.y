@@ -1,11 +1,13 @@
 /* The qv grammar. Every operator occurrence becomes a fresh Exp of the net
-   being read; declarations go straight into the net. */
+   being read; declarations go straight into the net. The parser is pure:
+   all it works on is in the QvParseContext of one parse. */
 
 %code requires {
 #include "reader/exp_list.h"
 
 class IndexList;
 struct Exp;
+struct QvParseContext;
 }
 
 %code {
@@ -14,6 +16,7 @@ struct Exp;
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "net/net.h"
 #include "reader/lexer.h"
@@ -26,49 +29,59 @@ struct Exp;
 #define YYINITDEPTH 501
 #define YYMAXDEPTH 501
 
-namespace {
-
-// The parse in progress; the parser reads one file at a time.
-Net* net;
-SymbolTable* table;
-QvLexer* lexer;
-
-int yylex() { return lexer->next_token(yylval.text); }
-
-void yyerror(const char* message) {
-  if (std::strcmp(message, "memory exhausted") == 0) message = "yacc stack overflow";
-  std::printf("%s     - at line %d\n", message, lexer->line());
-}
-
-int intern(const char* text) { return table->intern("%s", text); }
-
 // Operators nested to the left ("a + a + ... + a") take no parser stack,
 // so without a bound an expression could be deeper than the recursive
 // walks of the later stages can follow.
 constexpr int kMaxDepth = 4000;
-// Pass key of this parse: each operator node's depth is its mark.
-int depth_key;
 
-Exp* bounded(Exp* e) {
-  std::intptr_t depth = 0;
-  for (const Exp* operand : e->operands) depth = std::max(depth, operand->get_mark(depth_key));
-  if (++depth > kMaxDepth) {
-    std::fprintf(stderr, "QvParse : expression more than %d operators deep at line %d\n", kMaxDepth,
-                 lexer->line());
-    end_process(1);
+// One parse in progress: where the actions put what they read.
+struct QvParseContext {
+  Net* net;
+  SymbolTable* table;
+  QvLexer* lexer;
+  /// Pass key of this parse: each operator node's depth is its mark.
+  int depth_key;
+
+  int intern(const char* text) { return table->intern("%s", text); }
+
+  Exp* bounded(Exp* e) {
+    std::intptr_t depth = 0;
+    for (const Exp* operand : e->operands) depth = std::max(depth, operand->get_mark(depth_key));
+    if (++depth > kMaxDepth) {
+      std::fprintf(stderr, "QvParse : expression more than %d operators deep at line %d\n",
+                   kMaxDepth, lexer->line());
+      end_process(1);
+    }
+    e->set_mark(depth_key, depth);
+    return e;
   }
-  e->set_mark(depth_key, depth);
-  return e;
+
+  Exp* make_exp(OpKind kind, std::vector<Exp*> operands) {
+    return bounded(net->new_exp(kind, std::move(operands)));
+  }
+
+  Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(list)); }
+};
+
+namespace {
+
+int yylex(YYSTYPE* value, QvParseContext& ctx) { return ctx.lexer->next_token(value->text); }
+
+void yyerror(QvParseContext& ctx, const char* message) {
+  if (std::strcmp(message, "memory exhausted") == 0) message = "yacc stack overflow";
+  std::printf("%s     - at line %d\n", message, ctx.lexer->line());
 }
 
-Exp* make_exp(OpKind kind, std::vector<Exp*> operands) {
-  return bounded(net->new_exp(kind, std::move(operands)));
+int parse(Net* net, SymbolTable* table, QvLexer& lexer) {
+  QvParseContext ctx{net, table, &lexer, new_pass_key()};
+  return yyparse(ctx) == 0 ? 0 : 1;
 }
-
-Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(list)); }
 
 }  // namespace
 }
+
+%define api.pure full
+%param {QvParseContext& ctx}
 
 %union {
   char text[256];
@@ -136,8 +149,9 @@ const_items
   ;
 
 const_item
-  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_usr_const, $2, $4, $7); }
-  | ident_list ':' type { declare_names(net, &Net::add_usr_const, $1, $3, net->true_name); }
+  : '(' ident_list ':' type ')' XWhen clock
+      { declare_names(ctx.net, &Net::add_usr_const, $2, $4, $7); }
+  | ident_list ':' type { declare_names(ctx.net, &Net::add_usr_const, $1, $3, ctx.net->true_name); }
   ;
 
 type
@@ -146,9 +160,9 @@ type
   ;
 
 predefined_type
-  : XBool { $$ = intern($1); }
-  | XInt { $$ = intern($1); }
-  | XReal { $$ = intern($1); }
+  : XBool { $$ = ctx.intern($1); }
+  | XInt { $$ = ctx.intern($1); }
+  | XReal { $$ = ctx.intern($1); }
   ;
 
 named_type
@@ -157,7 +171,7 @@ named_type
 
 clock
   : ident
-  | XTrue { $$ = intern("true"); }
+  | XTrue { $$ = ctx.intern("true"); }
   ;
 
 type_decl
@@ -176,20 +190,20 @@ type_item
   ;
 
 extern_type
-  : ident { net->declare_type($1); }
+  : ident { ctx.net->declare_type($1); }
   ;
 
 enum_type
-  : ident '=' '(' ident_list ')' { net->declare_enum_type($1, $4); }
+  : ident '=' '(' ident_list ')' { ctx.net->declare_enum_type($1, $4); }
   ;
 
 ident
-  : XIdf { $$ = intern($1); }
+  : XIdf { $$ = ctx.intern($1); }
   ;
 
 function_decl
   : XFunction ident '(' params ')' XReturns '(' params ')' terminator
-      { declare_function(net, $2, $4, $8); }
+      { declare_function(ctx.net, $2, $4, $8); }
   ;
 
 params
@@ -213,7 +227,7 @@ node
   ;
 
 node_header
-  : ident '(' inputs ')' XReturns '(' outputs ')' ';' { net->set_node_name($1); }
+  : ident '(' inputs ')' XReturns '(' outputs ')' ';' { ctx.net->set_node_name($1); }
   ;
 
 inputs
@@ -222,8 +236,9 @@ inputs
   ;
 
 input_item
-  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_input, $2, $4, $7); }
-  | ident_list ':' type { declare_names(net, &Net::add_input, $1, $3, net->true_name); }
+  : '(' ident_list ':' type ')' XWhen clock
+      { declare_names(ctx.net, &Net::add_input, $2, $4, $7); }
+  | ident_list ':' type { declare_names(ctx.net, &Net::add_input, $1, $3, ctx.net->true_name); }
   ;
 
 outputs
@@ -232,8 +247,9 @@ outputs
   ;
 
 output_item
-  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_output, $2, $4, $7); }
-  | ident_list ':' type { declare_names(net, &Net::add_output, $1, $3, net->true_name); }
+  : '(' ident_list ':' type ')' XWhen clock
+      { declare_names(ctx.net, &Net::add_output, $2, $4, $7); }
+  | ident_list ':' type { declare_names(ctx.net, &Net::add_output, $1, $3, ctx.net->true_name); }
   ;
 
 locals_opt
@@ -247,8 +263,9 @@ locals
   ;
 
 local_item
-  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_local, $2, $4, $7); }
-  | ident_list ':' type { declare_names(net, &Net::add_local, $1, $3, net->true_name); }
+  : '(' ident_list ':' type ')' XWhen clock
+      { declare_names(ctx.net, &Net::add_local, $2, $4, $7); }
+  | ident_list ':' type { declare_names(ctx.net, &Net::add_local, $1, $3, ctx.net->true_name); }
   ;
 
 body
@@ -262,9 +279,9 @@ equations
   ;
 
 equation
-  : XAssert expr ';' { net->add_assert($2); }
-  | ident '=' expr ';' { net->define($1, $3); }
-  | '(' ident_list ')' '=' expr ';' { net->define_tuple($2, $5); }
+  : XAssert expr ';' { ctx.net->add_assert($2); }
+  | ident '=' expr ';' { ctx.net->define($1, $3); }
+  | '(' ident_list ')' '=' expr ';' { ctx.net->define_tuple($2, $5); }
   ;
 
 ident_list
@@ -275,43 +292,43 @@ ident_list
 expr
   : '(' expr ')' { $$ = $2; }
   | constant
-  | ident { $$ = qvnet::GetIdentInfo(net, $1); }
-  | XNot expr { $$ = make_exp(NOT_n, {$2}); }
-  | XInt expr { $$ = bounded(convert(net, TO_INT, $2)); }
-  | XReal expr { $$ = bounded(convert(net, TO_REAL, $2)); }
-  | '-' expr %prec UMINUS { $$ = make_exp(UMINUS_n, {$2}); }
-  | XPre expr { $$ = make_exp(PRE_n, {$2}); }
-  | XCurrent expr { $$ = make_exp(CURRENT_n, {$2}); }
-  | expr XArrow expr { $$ = make_exp(ARROW_n, {$1, $3}); }
-  | expr XWhen expr { $$ = make_exp(WHEN_n, {$1, $3}); }
-  | XIf expr XThen expr XElse expr { $$ = make_exp(IF_n, {$2, $4, $6}); }
-  | expr XXor expr { $$ = make_exp(XOR_n, {$1, $3}); }
-  | expr XOr expr { $$ = make_exp(OR_n, {$1, $3}); }
-  | expr XAnd expr { $$ = make_exp(AND_n, {$1, $3}); }
-  | expr XImpl expr { $$ = make_exp(IMPL_n, {$1, $3}); }
-  | expr '=' expr { $$ = make_exp(EQUAL_n, {$1, $3}); }
-  | expr XNe expr { $$ = make_exp(NEQ_n, {$1, $3}); }
-  | expr '<' expr { $$ = make_exp(LT_n, {$1, $3}); }
-  | expr XLe expr { $$ = make_exp(LTE_n, {$1, $3}); }
-  | expr XGe expr { $$ = make_exp(GTE_n, {$1, $3}); }
-  | expr '>' expr { $$ = make_exp(GT_n, {$1, $3}); }
-  | expr '*' expr { $$ = make_exp(TIMES_n, {$1, $3}); }
-  | expr '/' expr { $$ = make_exp(SLASH_n, {$1, $3}); }
-  | expr '%' expr { $$ = make_exp(MOD_n, {$1, $3}); }
-  | expr XMod expr { $$ = make_exp(MOD_n, {$1, $3}); }
-  | expr XDiv expr { $$ = make_exp(DIV_n, {$1, $3}); }
-  | expr '+' expr { $$ = make_exp(PLUS_n, {$1, $3}); }
-  | expr '-' expr { $$ = make_exp(MINUS_n, {$1, $3}); }
-  | expr XPower expr { $$ = make_exp(POWER_n, {$1, $3}); }
+  | ident { $$ = qvnet::GetIdentInfo(ctx.net, $1); }
+  | XNot expr { $$ = ctx.make_exp(NOT_n, {$2}); }
+  | XInt expr { $$ = ctx.bounded(convert(ctx.net, TO_INT, $2)); }
+  | XReal expr { $$ = ctx.bounded(convert(ctx.net, TO_REAL, $2)); }
+  | '-' expr %prec UMINUS { $$ = ctx.make_exp(UMINUS_n, {$2}); }
+  | XPre expr { $$ = ctx.make_exp(PRE_n, {$2}); }
+  | XCurrent expr { $$ = ctx.make_exp(CURRENT_n, {$2}); }
+  | expr XArrow expr { $$ = ctx.make_exp(ARROW_n, {$1, $3}); }
+  | expr XWhen expr { $$ = ctx.make_exp(WHEN_n, {$1, $3}); }
+  | XIf expr XThen expr XElse expr { $$ = ctx.make_exp(IF_n, {$2, $4, $6}); }
+  | expr XXor expr { $$ = ctx.make_exp(XOR_n, {$1, $3}); }
+  | expr XOr expr { $$ = ctx.make_exp(OR_n, {$1, $3}); }
+  | expr XAnd expr { $$ = ctx.make_exp(AND_n, {$1, $3}); }
+  | expr XImpl expr { $$ = ctx.make_exp(IMPL_n, {$1, $3}); }
+  | expr '=' expr { $$ = ctx.make_exp(EQUAL_n, {$1, $3}); }
+  | expr XNe expr { $$ = ctx.make_exp(NEQ_n, {$1, $3}); }
+  | expr '<' expr { $$ = ctx.make_exp(LT_n, {$1, $3}); }
+  | expr XLe expr { $$ = ctx.make_exp(LTE_n, {$1, $3}); }
+  | expr XGe expr { $$ = ctx.make_exp(GTE_n, {$1, $3}); }
+  | expr '>' expr { $$ = ctx.make_exp(GT_n, {$1, $3}); }
+  | expr '*' expr { $$ = ctx.make_exp(TIMES_n, {$1, $3}); }
+  | expr '/' expr { $$ = ctx.make_exp(SLASH_n, {$1, $3}); }
+  | expr '%' expr { $$ = ctx.make_exp(MOD_n, {$1, $3}); }
+  | expr XMod expr { $$ = ctx.make_exp(MOD_n, {$1, $3}); }
+  | expr XDiv expr { $$ = ctx.make_exp(DIV_n, {$1, $3}); }
+  | expr '+' expr { $$ = ctx.make_exp(PLUS_n, {$1, $3}); }
+  | expr '-' expr { $$ = ctx.make_exp(MINUS_n, {$1, $3}); }
+  | expr XPower expr { $$ = ctx.make_exp(POWER_n, {$1, $3}); }
   | call
-  | '#' '(' expr_list2 ')' { $$ = make_exp(DIESE_n, exp_list_take($3)); }
-  | XNor '(' expr_list1 ')' { $$ = make_exp(NOR_n, exp_list_take($3)); }
-  | '(' expr_list2 ')' { $$ = make_tuple($2); }
+  | '#' '(' expr_list2 ')' { $$ = ctx.make_exp(DIESE_n, exp_list_take($3)); }
+  | XNor '(' expr_list1 ')' { $$ = ctx.make_exp(NOR_n, exp_list_take($3)); }
+  | '(' expr_list2 ')' { $$ = ctx.make_tuple($2); }
   ;
 
 call
-  : ident '(' expr ')' { $$ = bounded(net->new_call($1, $3)); }
-  | ident '(' expr_list2 ')' { $$ = bounded(net->new_call($1, make_tuple($3))); }
+  : ident '(' expr ')' { $$ = ctx.bounded(ctx.net->new_call($1, $3)); }
+  | ident '(' expr_list2 ')' { $$ = ctx.bounded(ctx.net->new_call($1, ctx.make_tuple($3))); }
   ;
 
 expr_list2
@@ -324,27 +341,27 @@ expr_list1
   ;
 
 constant
-  : XTrue { $$ = net->constant(intern("true")); }
-  | XFalse { $$ = net->constant(intern("false")); }
-  | XIConst { $$ = net->int_literal(intern($1)); }
-  | XRConst { $$ = net->real_literal(intern($1)); }
+  : XTrue { $$ = ctx.net->constant(ctx.intern("true")); }
+  | XFalse { $$ = ctx.net->constant(ctx.intern("false")); }
+  | XIConst { $$ = ctx.net->int_literal(ctx.intern($1)); }
+  | XRConst { $$ = ctx.net->real_literal(ctx.intern($1)); }
   ;
 
 %%
 
-int QvParse(Net* target, SymbolTable* strings, const char* path) {
+int QvParse(Net* net, SymbolTable* table, const char* path) {
   FILE* in = std::fopen(path, "r");
   if (!in) {
     std::fprintf(stderr, "QvParse : Can't open file '%s'\n", path);
     return 1;
   }
-  QvLexer reader(in);
-  net = target;
-  table = strings;
-  lexer = &reader;
-  depth_key = new_pass_key();
-  int result = yyparse() == 0 ? 0 : 1;
-  lexer = nullptr;
-  std::fclose(in);
-  return result;
+  // A lexical or declaration error ends the process by an exception.
+  const std::unique_ptr<FILE, int (*)(FILE*)> closer(in, [](FILE* f) { return std::fclose(f); });
+  QvLexer lexer(in);
+  return parse(net, table, lexer);
+}
+
+int QvParseText(Net* net, SymbolTable* table, std::string_view source) {
+  QvLexer lexer(source);
+  return parse(net, table, lexer);
 }

@@ -17,9 +17,9 @@ namespace {
 
 /// A program loaded from source text, as the simulator loads a file.
 struct Loaded {
-  explicit Loaded(const std::string& source, int skip_minimise = 0) {
+  explicit Loaded(const std::string& source, const LoadOptions& options = {}) {
     ProgramFile file(source);
-    program = std::make_unique<SimProgram>(file.path(), &table, skip_minimise);
+    program = std::make_unique<SimProgram>(file.path(), &table, options);
   }
   EvalItem* output_value(int i) { return program->output_items[i]->operands[0]; }
 
@@ -180,7 +180,7 @@ TEST(StepCycle, LongChainStepsAndResets) {
     source += "  x" + std::to_string(i) + " = x" + std::to_string(i - 1) + " + 1;\n";
   }
   source += "  y = x" + std::to_string(kLength - 1) + ";\ntel\n";
-  Loaded l(source, 1);
+  Loaded l(source, {.minimise = false});
   FakeInputs in;
   CountingOutputs out;
   StepCycle cycle(*l.program, in, out);

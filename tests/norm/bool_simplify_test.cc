@@ -63,8 +63,8 @@ const SimplifyCase kRows[] = {
 };
 
 TEST(BoolSimplifyTest, TableRowByRow) {
-  LoadedNet loaded("node n (c, a, b : bool; x : int) returns (y : bool);\nlet y = a; tel\n", 0,
-                   1);
+  LoadedNet loaded("node n (c, a, b : bool; x : int) returns (y : bool);\nlet y = a; tel\n",
+                   {.bool_opt = true});
   NormNet& net = *loaded.net;
   const auto operand = [&](char name) -> Exp* {
     if (name == 'T') return net.true_exp;

@@ -2,10 +2,9 @@
 
 #include "reader/parser.h"
 
-LoadedNet::LoadedNet(const std::string& source, int skip_minimise, int bool_opt)
-    : net(std::make_unique<NormNet>(&table, skip_minimise, bool_opt)) {
-  ProgramFile file(source);
-  EXPECT_EQ(QvParse(net.get(), &table, file.path()), 0) << source;
+LoadedNet::LoadedNet(const std::string& source, const LoadOptions& options)
+    : net(std::make_unique<NormNet>(&table, options)) {
+  EXPECT_EQ(QvParseText(net.get(), &table, source), 0) << source;
 }
 
 Exp* LoadedNet::final(const char* name) {

@@ -11,7 +11,7 @@
 
 struct LoadedNet {
   /// Parses `source` (the parse must succeed) without building.
-  explicit LoadedNet(const std::string& source, int skip_minimise = 0, int bool_opt = 0);
+  explicit LoadedNet(const std::string& source, const LoadOptions& options = {});
 
   /// The name's final node after `net->build()`.
   Exp* final(const char* name);

@@ -69,7 +69,7 @@ TEST(NormaliseTest, LongChainsOfEquationsLoad) {
     source += "x" + std::to_string(i) + " = x" + std::to_string(i - 1) + (i % 2 ? " + 1;\n" : ";\n");
   }
   source += "y = x" + std::to_string(n) + ";\ntel\n";
-  LoadedNet loaded(source, 1);
+  LoadedNet loaded(source, {.minimise = false});
   loaded.net->build();
   EXPECT_EQ(loaded.net->n_classes, n / 2);
   Exp* y = loaded.final("y");

@@ -62,28 +62,35 @@ TEST(PartitionTest, MergesExactlyTheEquivalentNodes) {
 struct ProgressCase {
   const char* what;
   const char* equations;
-  int skip_minimise;
-  int bool_opt;
+  LoadOptions options;
   const char* progress;
   int classes;
 };
 
 const ProgressCase kProgress[] = {
-    {"identity mode keeps every node", "y = a + b; z = a + b; w = y;", 1, 0,
-     "start normalisation ... done\n", 2},
-    {"the reduction, after the Boolean pass", "y = a + b; z = b + a; w = y;", 0, 1,
+    {"identity mode keeps every node",
+     "y = a + b; z = a + b; w = y;",
+     {.minimise = false},
+     "start normalisation ... done\n",
+     2},
+    {"the reduction, after the Boolean pass",
+     "y = a + b; z = b + a; w = y;",
+     {.bool_opt = true},
      "start normalisation ... done\nBool optimization : 2 -> 2 nodes\n"
      "start minimal network generation . done (2 -> 1 nodes)\n",
      1},
-    {"no nodes, no classes", "y = a; z = 3; w = y;", 0, 0,
-     "start normalisation ... done\nstart minimal network generation . done (0 -> 0 nodes)\n", 0},
+    {"no nodes, no classes",
+     "y = a; z = 3; w = y;",
+     {},
+     "start normalisation ... done\nstart minimal network generation . done (0 -> 0 nodes)\n",
+     0},
 };
 
 TEST(PartitionTest, ProgressMessagesReportTheReduction) {
   for (const ProgressCase& c : kProgress) {
     LoadedNet loaded(std::string("node n (a, b : int) returns (y, z : int);\nvar w : int;\nlet ") +
                          c.equations + " tel\n",
-                     c.skip_minimise, c.bool_opt);
+                     c.options);
     set_verbose_level(1);
     EXPECT_EQ(stderr_of([&] { loaded.net->build(); }), c.progress) << c.what;
     set_verbose_level(0);

@@ -1,0 +1,10 @@
+// How a program is loaded. Set by korvel-run's flags and the fuzz inputs,
+// and carried down the loading path to the normalised network.
+#pragma once
+
+struct LoadOptions {
+  /// Reduce the network to its minimal form; false keeps one class per node.
+  bool minimise = true;
+  /// Fold true and false out of Boolean operators while normalising.
+  bool bool_opt = false;
+};
