@@ -16,10 +16,12 @@ struct Exp;
 #include <cstring>
 
 #include "net/net.h"
+#include "reader/held_lists.h"
 #include "reader/lexer.h"
 #include "reader/parse_actions.h"
 #include "reader/parser.h"
 #include "support/diagnostics.h"
+#include "support/file_handle.h"
 
 // Classic yacc limits: 500 states at most. Bison reports exhaustion when
 // its last slot is filled, so one spare slot lets the 500th state in.
@@ -32,6 +34,16 @@ namespace {
 Net* net;
 SymbolTable* table;
 QvLexer* lexer;
+HeldLists* held;
+
+template <class List>
+List* keep(List* list) {
+  return held->keep(list);
+}
+template <class List>
+List* pass(List* list) {
+  return held->pass(list);
+}
 
 int yylex() { return lexer->next_token(yylval.text); }
 
@@ -65,7 +77,7 @@ Exp* make_exp(OpKind kind, std::vector<Exp*> operands) {
   return bounded(net->new_exp(kind, std::move(operands)));
 }
 
-Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(list)); }
+Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(pass(list))); }
 
 }  // namespace
 }
@@ -77,9 +89,6 @@ Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(list)); 
   IndexList* names;
   ExpList* list;
 }
-
-%destructor { delete $$; } <names>
-%destructor { exp_list_free($$); } <list>
 
 %token XAnd 257 XArrow 258 XAssert 259 XConst 261 XCurrent 262 XDiv 263 XElse 264
 %token XFunction 265 XGe 267 XIf 270 XImpl 272 XLe 273 XLet 274 XMod 275 XNe 276
@@ -136,8 +145,8 @@ const_items
   ;
 
 const_item
-  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_usr_const, $2, $4, $7); }
-  | ident_list ':' type { declare_names(net, &Net::add_usr_const, $1, $3, net->true_name); }
+  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_usr_const, pass($2), $4, $7); }
+  | ident_list ':' type { declare_names(net, &Net::add_usr_const, pass($1), $3, net->true_name); }
   ;
 
 type
@@ -180,7 +189,7 @@ extern_type
   ;
 
 enum_type
-  : ident '=' '(' ident_list ')' { net->declare_enum_type($1, $4); }
+  : ident '=' '(' ident_list ')' { net->declare_enum_type($1, pass($4)); }
   ;
 
 ident
@@ -189,16 +198,16 @@ ident
 
 function_decl
   : XFunction ident '(' params ')' XReturns '(' params ')' terminator
-      { declare_function(net, $2, $4, $8); }
+      { declare_function(net, $2, pass($4), pass($8)); }
   ;
 
 params
   : param
-  | params ';' param { IndexList::concat($1, $3); $$ = $1; }
+  | params ';' param { IndexList::concat($1, pass($3)); $$ = $1; }
   ;
 
 param
-  : ident ':' type { $$ = param_pair($1, $3); }
+  : ident ':' type { $$ = keep(param_pair($1, $3)); }
   ;
 
 terminator
@@ -222,8 +231,8 @@ inputs
   ;
 
 input_item
-  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_input, $2, $4, $7); }
-  | ident_list ':' type { declare_names(net, &Net::add_input, $1, $3, net->true_name); }
+  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_input, pass($2), $4, $7); }
+  | ident_list ':' type { declare_names(net, &Net::add_input, pass($1), $3, net->true_name); }
   ;
 
 outputs
@@ -232,8 +241,8 @@ outputs
   ;
 
 output_item
-  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_output, $2, $4, $7); }
-  | ident_list ':' type { declare_names(net, &Net::add_output, $1, $3, net->true_name); }
+  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_output, pass($2), $4, $7); }
+  | ident_list ':' type { declare_names(net, &Net::add_output, pass($1), $3, net->true_name); }
   ;
 
 locals_opt
@@ -247,8 +256,8 @@ locals
   ;
 
 local_item
-  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_local, $2, $4, $7); }
-  | ident_list ':' type { declare_names(net, &Net::add_local, $1, $3, net->true_name); }
+  : '(' ident_list ':' type ')' XWhen clock { declare_names(net, &Net::add_local, pass($2), $4, $7); }
+  | ident_list ':' type { declare_names(net, &Net::add_local, pass($1), $3, net->true_name); }
   ;
 
 body
@@ -264,11 +273,11 @@ equations
 equation
   : XAssert expr ';' { net->add_assert($2); }
   | ident '=' expr ';' { net->define($1, $3); }
-  | '(' ident_list ')' '=' expr ';' { net->define_tuple($2, $5); }
+  | '(' ident_list ')' '=' expr ';' { net->define_tuple(pass($2), $5); }
   ;
 
 ident_list
-  : ident { $$ = new IndexList($1); }
+  : ident { $$ = keep(new IndexList($1)); }
   | ident_list ',' ident { IndexList::append(&$1, $3); $$ = $1; }
   ;
 
@@ -304,8 +313,8 @@ expr
   | expr '-' expr { $$ = make_exp(MINUS_n, {$1, $3}); }
   | expr XPower expr { $$ = make_exp(POWER_n, {$1, $3}); }
   | call
-  | '#' '(' expr_list2 ')' { $$ = make_exp(DIESE_n, exp_list_take($3)); }
-  | XNor '(' expr_list1 ')' { $$ = make_exp(NOR_n, exp_list_take($3)); }
+  | '#' '(' expr_list2 ')' { $$ = make_exp(DIESE_n, exp_list_take(pass($3))); }
+  | XNor '(' expr_list1 ')' { $$ = make_exp(NOR_n, exp_list_take(pass($3))); }
   | '(' expr_list2 ')' { $$ = make_tuple($2); }
   ;
 
@@ -319,7 +328,7 @@ expr_list2
   ;
 
 expr_list1
-  : expr { $$ = exp_list_one($1); }
+  : expr { $$ = keep(exp_list_one($1)); }
   | expr_list2
   ;
 
@@ -333,18 +342,20 @@ constant
 %%
 
 int QvParse(Net* target, SymbolTable* strings, const char* path) {
-  FILE* in = std::fopen(path, "r");
+  const FileHandle in(std::fopen(path, "r"));
   if (!in) {
     std::fprintf(stderr, "QvParse : Can't open file '%s'\n", path);
     return 1;
   }
-  QvLexer reader(in);
+  QvLexer reader(in.get());
+  HeldLists lists;
   net = target;
   table = strings;
   lexer = &reader;
+  held = &lists;
   depth_key = new_pass_key();
   int result = yyparse() == 0 ? 0 : 1;
   lexer = nullptr;
-  std::fclose(in);
+  held = nullptr;
   return result;
 }
