@@ -1,15 +1,12 @@
 // Fuzz target over korvel-run's batch mode: a program, then its step input
 // lines, run through the step cycle with its trace (or checked against the
-// lines as a recorded trace). A refused program or line ends in exit(1) or
-// a message, both normal outcomes here.
+// lines as a recorded trace).
 #include <cstddef>
 #include <cstdint>
 #include <string>
 
 #include "fuzz/fuzz_input.h"
-#include "fuzz/process_guard.h"
-#include "reader/parse_actions.h"
-#include "support/diagnostics.h"
+#include "fuzz/one_run.h"
 #include "tools/batch_run.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -22,16 +19,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   options.check = input.check;
   options.skip_minimise = input.skip_minimise;
   options.bool_opt = input.bool_opt;
-  auto run = [&] {
-    reset_conversions();
-    run_batch(options);
-  };
-  auto guarded = [&] {
-    try {
-      run();
-    } catch (const ProcessEnd&) {
-    }
-  };
-  fuzz::run_guarded(guarded);
+  fuzz::run_as_process([&] { run_batch(options); });
   return 0;
 }
