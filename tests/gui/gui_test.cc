@@ -86,7 +86,7 @@ class Session {
   /// Quits and returns the exit status.
   int quit() {
     screen_.click(main_items_.at(1));
-    return korvel_.wait_exit(kTimeoutMs);
+    return korvel_.wait_end(kTimeoutMs);
   }
 
   size_t input_rows() const { return input_items_.size(); }
@@ -187,7 +187,7 @@ TEST_P(GuiTest, TraceExitStatusAndReplay) {
   close(fd);
   std::ofstream(path) << s.trace();
   ChildProcess check({KORVEL_RUN_BINARY, "--check", program_path(c.program), path});
-  EXPECT_EQ(check.wait_exit(kTimeoutMs), 0) << check.out() << check.err();
+  EXPECT_EQ(check.wait_end(kTimeoutMs), 0) << check.out() << check.err();
   std::remove(path);
 }
 
@@ -197,7 +197,7 @@ INSTANTIATE_TEST_SUITE_P(Scenarios, GuiTest, ::testing::ValuesIn(kScenarios),
 // A missing display is tests/cli/cases/korvel_no_display.
 TEST(GuiRefusal, UnsupportedTypeIsRefusedBeforeThePanelsOpen) {
   ChildProcess korvel({KORVEL_BINARY, "-v", program_path("opaque")});
-  EXPECT_EQ(korvel.wait_exit(kTimeoutMs), 1);
+  EXPECT_EQ(korvel.wait_end(kTimeoutMs), 1);
   EXPECT_EQ(korvel.err(), "Sorry, type \"handle\" not implemented\n");
   EXPECT_EQ(korvel.out(), "");
 }
