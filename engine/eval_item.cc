@@ -27,6 +27,25 @@ std::vector<EvalItem*>& reset_stack() {
   return stack;
 }
 
+/// The frames one walk pushes, popped with the walk on every way out. A
+/// fatal report thrown by a `compute` would otherwise leave them below the
+/// next walks for good: in a process that goes on (the fuzz targets), the
+/// stack would grow with every run that ends so.
+template <class Entry>
+class WalkFrames {
+ public:
+  explicit WalkFrames(std::vector<Entry>& stack) : stack_(stack), base_(stack.size()) {}
+  WalkFrames(const WalkFrames&) = delete;
+  WalkFrames& operator=(const WalkFrames&) = delete;
+  ~WalkFrames() { stack_.erase(stack_.begin() + base_, stack_.end()); }
+
+  bool pending() const { return stack_.size() > base_; }
+
+ private:
+  std::vector<Entry>& stack_;
+  const size_t base_;
+};
+
 }  // namespace
 
 EvalItem::EvalItem(int n, int kind)
@@ -72,9 +91,9 @@ void EvalItem::ensure(unsigned step) {
   if (stamp == step) return;
   stamp = step;
   std::vector<Frame>& stack = work_stack();
-  const size_t base = stack.size();
+  const WalkFrames walk(stack);
   stack.push_back({this, 0});
-  while (stack.size() > base) {
+  while (walk.pending()) {
     Frame& top = stack.back();
     EvalItem* item = top.item;
     if (item->demands_operands && top.next < item->n_operands) {
@@ -93,9 +112,9 @@ void EvalItem::ensure(unsigned step) {
 void EvalItem::reset_walk() {
   if (stamp == 0) return;
   std::vector<EvalItem*>& stack = reset_stack();
-  const size_t base = stack.size();
+  const WalkFrames walk(stack);
   stack.push_back(this);
-  while (stack.size() > base) {
+  while (walk.pending()) {
     EvalItem* item = stack.back();
     stack.pop_back();
     if (item->stamp == 0) continue;

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 namespace fuzz {
@@ -16,25 +17,36 @@ bool names(std::string_view line, std::string_view option) {
   return line.find(option) != std::string_view::npos;
 }
 
-std::string folder;
-
-void remove_folder() {
-  const std::string command = "rm -rf '" + folder + "'";
-  if (std::system(command.c_str()) != 0) std::fprintf(stderr, "cannot remove %s\n", folder.c_str());
-}
-
-const std::string& scratch_folder() {
-  if (folder.empty()) {
+/// The folder of this process's scratch files, removed with everything in
+/// it when the process ends normally, as the fuzzer ends after its time.
+class ScratchFolder {
+ public:
+  ScratchFolder() {
     const char* tmp = std::getenv("TMPDIR");
     std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/korvel-fuzz-XXXXXX";
     if (!mkdtemp(pattern.data())) {
       std::perror("korvel fuzz: scratch folder");
       std::abort();
     }
-    folder = pattern;
-    std::atexit(remove_folder);
+    path_ = pattern;
   }
-  return folder;
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  ~ScratchFolder() {
+    std::error_code failed;
+    std::filesystem::remove_all(path_, failed);
+    if (failed) std::fprintf(stderr, "cannot remove %s\n", path_.c_str());
+  }
+
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+const std::string& scratch_folder() {
+  static const ScratchFolder folder;
+  return folder.path();
 }
 
 }  // namespace

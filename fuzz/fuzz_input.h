@@ -24,7 +24,7 @@ struct FuzzInput {
 FuzzInput split_input(std::string_view data);
 
 /// Writes `text` to the file `name` of this process's scratch folder, which
-/// goes at exit, and returns its path.
+/// goes when the process ends normally, and returns its path.
 std::string scratch_file(const char* name, std::string_view text);
 
 }  // namespace fuzz

@@ -5,6 +5,7 @@
 
 #include "reader/qv_parser.h"
 #include "support/diagnostics.h"
+#include "support/file_handle.h"
 
 namespace {
 
@@ -171,6 +172,10 @@ int QvLexer::next_token(char* value) {
   }
 }
 
+void reset_characters_read() {
+  chars_read = 0;
+}
+
 const char* token_text(int token) {
   for (const Keyword& k : kKeywords)
     if (k.token == token) return k.text;
@@ -180,12 +185,12 @@ const char* token_text(int token) {
 }
 
 int QvLexTest(const char* path) {
-  FILE* in = std::fopen(path, "r");
+  const FileHandle in(std::fopen(path, "r"));
   if (!in) {
     std::fprintf(stderr, "QvLexTest : Can't open file '%s'\n", path);
     return 1;
   }
-  QvLexer lexer(in);
+  QvLexer lexer(in.get());
   char value[kTokenValueSize];
   for (int token; (token = lexer.next_token(value)) >= 0;) {
     if (token < 256) {
@@ -203,6 +208,5 @@ int QvLexTest(const char* path) {
       end_process(1);
     }
   }
-  std::fclose(in);
   return 0;
 }

@@ -50,6 +50,12 @@ class QvLexer {
 /// Keyword or operator text of a token number, or null.
 const char* token_text(int token);
 
+/// Starts the process-wide count of characters read, which the report of
+/// a NUL character gives, again from zero: for a process that reads one
+/// program after another as separate processes would (the fuzz targets,
+/// the unit tests).
+void reset_characters_read();
+
 /// Writes the token stream of the file on standard output, one line per
 /// token. Returns 1 when the file cannot be opened, 0 otherwise.
 int QvLexTest(const char* path);

@@ -16,13 +16,14 @@ struct QvParseContext;
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 #include "net/net.h"
+#include "reader/held_lists.h"
 #include "reader/lexer.h"
 #include "reader/parse_actions.h"
 #include "reader/parser.h"
 #include "support/diagnostics.h"
+#include "support/file_handle.h"
 
 // Classic yacc limits: 500 states at most. Bison reports exhaustion when
 // its last slot is filled, so one spare slot lets the 500th state in.
@@ -41,6 +42,17 @@ struct QvParseContext {
   QvLexer* lexer;
   /// Pass key of this parse: each operator node's depth is its mark.
   int depth_key;
+  /// The lists on the parser's stack, freed however the parse ends.
+  HeldLists held;
+
+  template <class List>
+  List* keep(List* list) {
+    return held.keep(list);
+  }
+  template <class List>
+  List* pass(List* list) {
+    return held.pass(list);
+  }
 
   int intern(const char* text) { return table->intern("%s", text); }
 
@@ -60,7 +72,7 @@ struct QvParseContext {
     return bounded(net->new_exp(kind, std::move(operands)));
   }
 
-  Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(list)); }
+  Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(pass(list))); }
 };
 
 namespace {
@@ -73,7 +85,7 @@ void yyerror(QvParseContext& ctx, const char* message) {
 }
 
 int parse(Net* net, SymbolTable* table, QvLexer& lexer) {
-  QvParseContext ctx{net, table, &lexer, new_pass_key()};
+  QvParseContext ctx{net, table, &lexer, new_pass_key(), {}};
   return yyparse(ctx) == 0 ? 0 : 1;
 }
 
@@ -90,9 +102,6 @@ int parse(Net* net, SymbolTable* table, QvLexer& lexer) {
   IndexList* names;
   ExpList* list;
 }
-
-%destructor { delete $$; } <names>
-%destructor { exp_list_free($$); } <list>
 
 %token XAnd 257 XArrow 258 XAssert 259 XConst 261 XCurrent 262 XDiv 263 XElse 264
 %token XFunction 265 XGe 267 XIf 270 XImpl 272 XLe 273 XLet 274 XMod 275 XNe 276
@@ -150,8 +159,8 @@ const_items
 
 const_item
   : '(' ident_list ':' type ')' XWhen clock
-      { declare_names(ctx.net, &Net::add_usr_const, $2, $4, $7); }
-  | ident_list ':' type { declare_names(ctx.net, &Net::add_usr_const, $1, $3, ctx.net->true_name); }
+      { declare_names(ctx.net, &Net::add_usr_const, ctx.pass($2), $4, $7); }
+  | ident_list ':' type { declare_names(ctx.net, &Net::add_usr_const, ctx.pass($1), $3, ctx.net->true_name); }
   ;
 
 type
@@ -194,7 +203,7 @@ extern_type
   ;
 
 enum_type
-  : ident '=' '(' ident_list ')' { ctx.net->declare_enum_type($1, $4); }
+  : ident '=' '(' ident_list ')' { ctx.net->declare_enum_type($1, ctx.pass($4)); }
   ;
 
 ident
@@ -203,16 +212,16 @@ ident
 
 function_decl
   : XFunction ident '(' params ')' XReturns '(' params ')' terminator
-      { declare_function(ctx.net, $2, $4, $8); }
+      { declare_function(ctx.net, $2, ctx.pass($4), ctx.pass($8)); }
   ;
 
 params
   : param
-  | params ';' param { IndexList::concat($1, $3); $$ = $1; }
+  | params ';' param { IndexList::concat($1, ctx.pass($3)); $$ = $1; }
   ;
 
 param
-  : ident ':' type { $$ = param_pair($1, $3); }
+  : ident ':' type { $$ = ctx.keep(param_pair($1, $3)); }
   ;
 
 terminator
@@ -237,8 +246,8 @@ inputs
 
 input_item
   : '(' ident_list ':' type ')' XWhen clock
-      { declare_names(ctx.net, &Net::add_input, $2, $4, $7); }
-  | ident_list ':' type { declare_names(ctx.net, &Net::add_input, $1, $3, ctx.net->true_name); }
+      { declare_names(ctx.net, &Net::add_input, ctx.pass($2), $4, $7); }
+  | ident_list ':' type { declare_names(ctx.net, &Net::add_input, ctx.pass($1), $3, ctx.net->true_name); }
   ;
 
 outputs
@@ -248,8 +257,8 @@ outputs
 
 output_item
   : '(' ident_list ':' type ')' XWhen clock
-      { declare_names(ctx.net, &Net::add_output, $2, $4, $7); }
-  | ident_list ':' type { declare_names(ctx.net, &Net::add_output, $1, $3, ctx.net->true_name); }
+      { declare_names(ctx.net, &Net::add_output, ctx.pass($2), $4, $7); }
+  | ident_list ':' type { declare_names(ctx.net, &Net::add_output, ctx.pass($1), $3, ctx.net->true_name); }
   ;
 
 locals_opt
@@ -264,8 +273,8 @@ locals
 
 local_item
   : '(' ident_list ':' type ')' XWhen clock
-      { declare_names(ctx.net, &Net::add_local, $2, $4, $7); }
-  | ident_list ':' type { declare_names(ctx.net, &Net::add_local, $1, $3, ctx.net->true_name); }
+      { declare_names(ctx.net, &Net::add_local, ctx.pass($2), $4, $7); }
+  | ident_list ':' type { declare_names(ctx.net, &Net::add_local, ctx.pass($1), $3, ctx.net->true_name); }
   ;
 
 body
@@ -281,11 +290,11 @@ equations
 equation
   : XAssert expr ';' { ctx.net->add_assert($2); }
   | ident '=' expr ';' { ctx.net->define($1, $3); }
-  | '(' ident_list ')' '=' expr ';' { ctx.net->define_tuple($2, $5); }
+  | '(' ident_list ')' '=' expr ';' { ctx.net->define_tuple(ctx.pass($2), $5); }
   ;
 
 ident_list
-  : ident { $$ = new IndexList($1); }
+  : ident { $$ = ctx.keep(new IndexList($1)); }
   | ident_list ',' ident { IndexList::append(&$1, $3); $$ = $1; }
   ;
 
@@ -321,8 +330,8 @@ expr
   | expr '-' expr { $$ = ctx.make_exp(MINUS_n, {$1, $3}); }
   | expr XPower expr { $$ = ctx.make_exp(POWER_n, {$1, $3}); }
   | call
-  | '#' '(' expr_list2 ')' { $$ = ctx.make_exp(DIESE_n, exp_list_take($3)); }
-  | XNor '(' expr_list1 ')' { $$ = ctx.make_exp(NOR_n, exp_list_take($3)); }
+  | '#' '(' expr_list2 ')' { $$ = ctx.make_exp(DIESE_n, exp_list_take(ctx.pass($3))); }
+  | XNor '(' expr_list1 ')' { $$ = ctx.make_exp(NOR_n, exp_list_take(ctx.pass($3))); }
   | '(' expr_list2 ')' { $$ = ctx.make_tuple($2); }
   ;
 
@@ -336,7 +345,7 @@ expr_list2
   ;
 
 expr_list1
-  : expr { $$ = exp_list_one($1); }
+  : expr { $$ = ctx.keep(exp_list_one($1)); }
   | expr_list2
   ;
 
@@ -350,14 +359,12 @@ constant
 %%
 
 int QvParse(Net* net, SymbolTable* table, const char* path) {
-  FILE* in = std::fopen(path, "r");
+  const FileHandle in(std::fopen(path, "r"));
   if (!in) {
     std::fprintf(stderr, "QvParse : Can't open file '%s'\n", path);
     return 1;
   }
-  // A lexical or declaration error ends the process by an exception.
-  const std::unique_ptr<FILE, int (*)(FILE*)> closer(in, [](FILE* f) { return std::fclose(f); });
-  QvLexer lexer(in);
+  QvLexer lexer(in.get());
   return parse(net, table, lexer);
 }
 

@@ -30,13 +30,13 @@ PtyStream::PtyStream(const char* name, int width, const char* unit) : stream_(op
   init(width, unit);
 }
 
-PtyStream* PtyStream::temporary(int width, const char* unit) {
+std::unique_ptr<PtyStream> PtyStream::temporary(int width, const char* unit) {
   FILE* f = tmpfile();
   if (!f) {
     fputs("can't open temporary file\n", stderr);
     end_process(1);
   }
-  return new PtyStream(f, width, unit);
+  return std::make_unique<PtyStream>(f, width, unit);
 }
 
 PtyStream::~PtyStream() {

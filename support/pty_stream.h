@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdio>
+#include <memory>
 
 #include "support/diagnostics.h"
 
@@ -15,7 +16,7 @@ class PtyStream {
   /// "stdout", "stderr", or a file opened for writing (fatal when it cannot be).
   PtyStream(const char* name, int width, const char* unit = nullptr);
   /// On a temporary file, to be copied into another stream later.
-  static PtyStream* temporary(int width, const char* unit = nullptr);
+  static std::unique_ptr<PtyStream> temporary(int width, const char* unit = nullptr);
   PtyStream(const PtyStream&) = delete;
   PtyStream& operator=(const PtyStream&) = delete;
   /// Flushes; closes unless standard output or standard error.

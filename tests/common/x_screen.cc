@@ -80,6 +80,13 @@ void XScreen::point_at(Window window) {
   XSync(display_, False);
 }
 
+void XScreen::point_off() {
+  Screen* screen = DefaultScreenOfDisplay(display_);
+  XTestFakeMotionEvent(display_, -1, WidthOfScreen(screen) - 1, HeightOfScreen(screen) - 1,
+                       CurrentTime);
+  XSync(display_, False);
+}
+
 void XScreen::button(bool down) {
   XTestFakeButtonEvent(display_, 1, down, CurrentTime);
   XSync(display_, False);

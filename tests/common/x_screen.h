@@ -33,6 +33,9 @@ class XScreen {
   /// Moves the pointer to the centre of `window`, after raising the
   /// window's top-level above the others; keys then go to it.
   void point_at(Window window);
+  /// Moves the pointer to the screen's bottom right corner, off the
+  /// windows the tests open, which open at the top left.
+  void point_off();
   /// Presses or releases button 1 where the pointer is.
   void button(bool down);
   /// Presses and releases the keys that type `text`.

@@ -77,7 +77,7 @@ bool ChildProcess::wait_for_output(const std::string& text, int timeout_ms) {
   return true;
 }
 
-int ChildProcess::wait_exit(int timeout_ms) {
+int ChildProcess::wait_end(int timeout_ms) {
   Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeout_ms);
   while (remaining_ms(deadline) > 0 && read_some(remaining_ms(deadline))) {
   }

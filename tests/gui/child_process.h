@@ -22,7 +22,7 @@ class ChildProcess {
   /// Reads everything up to the child's end and returns its exit status,
   /// or -1 after killing a child that outlived the timeout (or died of a
   /// signal).
-  int wait_exit(int timeout_ms);
+  int wait_end(int timeout_ms);
 
   const std::string& out() const { return out_; }
   const std::string& err() const { return err_; }

@@ -88,7 +88,7 @@ class Session {
   /// Quits and returns the exit status.
   int quit() {
     screen_.click(main_items_.at(1));
-    return korvel_.wait_exit(kTimeoutMs);
+    return korvel_.wait_end(kTimeoutMs);
   }
 
   size_t input_rows() const { return input_items_.size(); }
@@ -121,7 +121,7 @@ Finished korvel_run(std::vector<std::string> args, const std::string& text) {
   args.insert(args.begin(), KORVEL_RUN_BINARY);
   args.push_back(path);
   ChildProcess run(args);
-  const int status = run.wait_exit(kTimeoutMs);
+  const int status = run.wait_end(kTimeoutMs);
   std::remove(path);
   return {status, run.out(), run.err()};
 }
@@ -248,7 +248,7 @@ TEST(GuiInputTexts, WindowAndBatchReadEveryTextTheSame) {
 // A missing display is tests/cli/cases/korvel_no_display.
 TEST(GuiRefusal, UnsupportedTypeIsRefusedBeforeThePanelsOpen) {
   ChildProcess korvel({KORVEL_BINARY, "-v", program_path("opaque")});
-  EXPECT_EQ(korvel.wait_exit(kTimeoutMs), 1);
+  EXPECT_EQ(korvel.wait_end(kTimeoutMs), 1);
   EXPECT_EQ(korvel.err(), "Sorry, type \"handle\" not implemented\n");
   EXPECT_EQ(korvel.out(), "");
 }

@@ -29,6 +29,9 @@ void ToolkitTest::SetUp() {
 }
 
 void ToolkitTest::show() {
+  // The pointer may still be where an earlier test, or an earlier round of
+  // a repeated run, left it: over the place where this window opens.
+  screen.point_off();
   XtPopup(shell, XtGrabNone);
   // Every test's window opens at the same place: this one goes on top.
   XRaiseWindow(XtDisplay(shell), XtWindow(shell));

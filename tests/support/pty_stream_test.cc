@@ -18,7 +18,7 @@ std::string contents(PtyStream& s) {
 }  // namespace
 
 TEST(PtyStreamTest, BreaksLinesBeforeTheWidth) {
-  PtyStream* s = PtyStream::temporary(80);
+  auto s = PtyStream::temporary(80);
   s->print("%s", std::string(75, 'x').c_str());
   EXPECT_EQ(s->column(), 75);
   s->print("abcde");
@@ -29,11 +29,10 @@ TEST(PtyStreamTest, BreaksLinesBeforeTheWidth) {
   // A piece longer than the width stands alone on its line.
   s->print("%s", std::string(100, 'y').c_str());
   EXPECT_EQ(s->column(), 100);
-  delete s;
 }
 
 TEST(PtyStreamTest, IndentsNewLines) {
-  PtyStream* s = PtyStream::temporary(80);
+  auto s = PtyStream::temporary(80);
   s->tab();
   s->tab();
   s->print("a\nb");
@@ -44,19 +43,17 @@ TEST(PtyStreamTest, IndentsNewLines) {
   s->print("c\n\n");
   EXPECT_EQ(contents(*s), "a\n      b\n      \nc\n   \n   ");
   EXPECT_EQ(s->column(), 3);
-  delete s;
 }
 
 TEST(PtyStreamTest, UnitsAreTruncatedAndLongTextsFit) {
   std::string unit = "<" + std::string(40, '-') + ">";
-  PtyStream* s = PtyStream::temporary(10, unit.c_str());
+  auto s = PtyStream::temporary(10, unit.c_str());
   s->tab();
   s->newline();
   EXPECT_EQ(s->column(), PtyStream::kMaxUnit);
   std::string big(5000, 'z');
   s->print("%s%s", big.c_str(), big.c_str());
   EXPECT_EQ(contents(*s), "\n" + unit.substr(0, PtyStream::kMaxUnit) + "\n" + big + big);
-  delete s;
 }
 
 TEST(PtyStreamTest, UntabAtZeroIsReported) {
@@ -68,17 +65,15 @@ TEST(PtyStreamTest, UntabAtZeroIsReported) {
 }
 
 TEST(PtyStreamTest, CopyTakesTheTargetIndentation) {
-  PtyStream* text = PtyStream::temporary(80);
+  auto text = PtyStream::temporary(80);
   text->print("x = 1;\ny = 2;");
-  PtyStream* out = PtyStream::temporary(80, "  ");
+  auto out = PtyStream::temporary(80, "  ");
   out->print("let");
   out->tab();
   out->newline();
   out->copy(*text);
   EXPECT_EQ(contents(*out), "let\n  x = 1;\n  y = 2;");
   EXPECT_EQ(out->column(), 8);
-  delete text;
-  delete out;
 }
 
 TEST(PtyStreamTest, NamedStreams) {
