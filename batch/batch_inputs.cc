@@ -2,17 +2,12 @@
 
 #include <cctype>
 #include <cstdio>
+#include <utility>
 
 #include "engine/input_text.h"
-#include "support/diagnostics.h"
+#include "engine/offered_ports.h"
 
 namespace {
-
-// The batch runner's rule: a named value can be written when its type has
-// any constant to name, declared or enumerated.
-bool can_read(const Port& port) {
-  return port.kind != PortKind::kNamed || !port.constants.empty() || !port.enumerators.empty();
-}
 
 // The numbers' texts are the input panel's, which name the field by its
 // label; those of the values the panel cannot get wrong (bools, constants)
@@ -45,12 +40,10 @@ std::vector<std::string_view> split_words(std::string_view text) {
   return words;
 }
 
-BatchInputs::BatchInputs(SimProgram& program) : ports_(describe_interface(program).inputs) {
-  for (const Port& port : ports_) {
-    if (can_read(port)) continue;
-    fprintf(stderr, "Sorry, type \"%s\" not implemented\n", port.type_name);
-    end_process(1);
-  }
+BatchInputs::BatchInputs(SimProgram& program) {
+  ProgramInterface described = describe_interface(program);
+  check_offered_ports(described);
+  ports_ = std::move(described.inputs);
 }
 
 void BatchInputs::set_line(int line, std::string_view values) {

@@ -14,8 +14,7 @@ std::vector<std::string_view> split_words(std::string_view text);
 
 class BatchInputs : public StepInputs {
  public:
-  /// Ends the process with status 1 when an input has a type no value can
-  /// be written for.
+  /// Refuses and warns about the ports as the window does.
   explicit BatchInputs(SimProgram& program);
 
   /// The values of the next step, in declaration order, separated by

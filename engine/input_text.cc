@@ -1,5 +1,6 @@
 #include "engine/input_text.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 
@@ -29,9 +30,11 @@ bool read_int(const char* text, int32_t* value) {
 }
 
 bool read_real(const char* text, double* value) {
-  char* end;
-  const double number = std::strtod(text, &end);
-  if (end == text) return false;
+  // Not strtod: it backs up to the longest number it can, so reads "0x" as
+  // 0, where "%lf" has taken the x and refuses the text. Only scanf itself
+  // knows which characters it commits to.
+  double number;
+  if (std::sscanf(text, "%lf", &number) != 1) return false;
   *value = number;
   return true;
 }
@@ -47,8 +50,8 @@ bool read_word(const Port& port, std::string_view word) {
     case PortKind::kReal:
       return read_real(terminated(word).c_str(), &port.value->d);
     case PortKind::kNamed: {
-      const char* name = find_name(port.enumerators, word);
-      if (!name) name = find_name(port.constants, word);
+      // Only what the window offers as a choice.
+      const char* name = find_name(port.constants, word);
       if (!name) return false;
       port.value->s = name;
       return true;

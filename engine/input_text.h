@@ -18,5 +18,5 @@ bool read_int(const char* text, int32_t* value);
 bool read_real(const char* text, double* value);
 /// Reads one word of a batch line into the port's value field: a bool as
 /// t, f, 1 or 0, a number as above, a named value as the name of one of
-/// its type's constants. False, leaving the field alone, otherwise.
+/// the user constants of its type. False, leaving the field alone, otherwise.
 bool read_word(const Port& port, std::string_view word);

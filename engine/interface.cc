@@ -25,12 +25,10 @@ Port describe(Net& net, Exp* node, int name, EvalItem& item) {
             type->name ? strings.text(type->name) : "tuple",
             type->number != 0,
             {},
-            {},
             &item.value};
   for (const IndexList* c = type->consts; c; c = c->next) {
     port.constants.push_back(strings.text(c->value));
   }
-  for (const IdentInfo* c : type->enum_consts) port.enumerators.push_back(strings.text(c->name));
   return port;
 }
 

@@ -1,7 +1,7 @@
 // The loaded program's inputs and outputs as the front ends see them: what
 // each value field holds and, for declared types, which constant names it
-// may take. Each front end decides from this alone which variables it can
-// show or read.
+// may take. Both front ends decide from this alone, through
+// engine/offered_ports.h, which variables they can show or read.
 #pragma once
 
 #include <vector>
@@ -28,11 +28,11 @@ struct Port {
   const char* type_name;
   /// Declared in the program, not predefined or a tuple.
   bool declared;
-  /// The names of the constants declared with the type, in declaration
-  /// order, and those of its enumeration by position. Both are the interned
-  /// texts the engine's values hold, so a choice compares as a pointer.
+  /// The names of the user constants declared with the type, in
+  /// declaration order: the interned texts the engine's values hold, so a
+  /// choice compares as a pointer. An enumeration's own names are not
+  /// among them; no front end offers those.
   std::vector<const char*> constants;
-  std::vector<const char*> enumerators;
   /// The value field of the variable's evaluation item.
   EvalValue* value;
 };

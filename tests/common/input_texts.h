@@ -35,8 +35,16 @@ inline constexpr InputText kInputTexts[] = {
     {"1e3", Field::kReal, "1000.000000"},
     {".5", Field::kReal, "0.500000"},
     {"-2.5e1x", Field::kReal, "-25.000000"},
-    {"0x", Field::kReal, "0.000000"},
+    // A real reads as "%lf" does, which is not always the longest number
+    // at the front of the text.
+    {"0x", Field::kReal, nullptr},
     {"0x1p4", Field::kReal, "16.000000"},
+    {"0x1p3", Field::kReal, "8.000000"},
+    {"1e", Field::kReal, "1.000000"},
+    {"1e+", Field::kReal, "1.000000"},
+    {".", Field::kReal, nullptr},
+    {"1.5e3x", Field::kReal, "1500.000000"},
+    {"-inf", Field::kReal, "-inf"},
     {"1,5", Field::kReal, "1.000000"},
     {"nan", Field::kReal, "nan"},
     {"inf", Field::kReal, "inf"},

@@ -34,7 +34,7 @@ TEST(InputText, NumbersReadAsTheTableSaysInBothFrontEnds) {
     if (!is_one_word(t.text)) continue;
     EvalValue word = before;
     const Port port{
-        "v", t.field == Field::kInt ? PortKind::kInt : PortKind::kReal, "", false, {}, {}, &word};
+        "v", t.field == Field::kInt ? PortKind::kInt : PortKind::kReal, "", false, {}, &word};
     EXPECT_EQ(read_word(port, t.text), read);
     EXPECT_EQ(shown(t.field, word), shown(t.field, field));
   }
@@ -42,7 +42,7 @@ TEST(InputText, NumbersReadAsTheTableSaysInBothFrontEnds) {
 
 TEST(InputText, BoolWordsAreTheFourLettersAndDigits) {
   EvalValue value{.i = 7};
-  const Port port{"b", PortKind::kBool, "bool", false, {}, {}, &value};
+  const Port port{"b", PortKind::kBool, "bool", false, {}, &value};
   for (const char* word : {"T", "true", "tt", "01", "", "2"}) {
     EXPECT_FALSE(read_word(port, word)) << word;
     EXPECT_EQ(value.i, 7) << word;
@@ -60,7 +60,7 @@ TEST(InputText, NamedWordsTakeTheChoiceTextItself) {
   const char* red = "red";
   const char* green = "green";
   EvalValue value{.s = nullptr};
-  const Port port{"c", PortKind::kNamed, "colour", true, {dark}, {red, green}, &value};
+  const Port port{"c", PortKind::kNamed, "colour", true, {dark, red, green}, &value};
   for (const char* name : {dark, red, green}) {
     EXPECT_TRUE(read_word(port, std::string(name))) << name;
     EXPECT_EQ(value.s, name);

@@ -233,11 +233,9 @@ TEST(Interface, DescribesKindsTypesAndChoicesInDeclarationOrder) {
   }
   using testing::ElementsAre;
   EXPECT_THAT(texts(described.inputs[3].constants), ElementsAre("low", "high"));
-  EXPECT_TRUE(described.inputs[3].enumerators.empty());
+  // An enumeration's own names are no user constants.
   EXPECT_TRUE(described.inputs[4].constants.empty());
-  // An enumeration's first constant takes the highest position.
-  EXPECT_THAT(texts(described.inputs[4].enumerators), ElementsAre("fast", "slow", "off"));
-  EXPECT_TRUE(described.inputs[5].constants.empty() && described.inputs[5].enumerators.empty());
+  EXPECT_TRUE(described.inputs[5].constants.empty());
   EXPECT_STREQ(described.outputs[0].name, "next");
   EXPECT_EQ(described.outputs[0].kind, PortKind::kNamed);
   EXPECT_EQ(described.outputs[0].value, &l.program->output_items[0]->value);
@@ -248,22 +246,22 @@ TEST(Interface, DescribesKindsTypesAndChoicesInDeclarationOrder) {
 // description must be the very text its constants hold.
 TEST(Interface, ChoicesAreTheTextsTheEngineCompares) {
   Loaded l(
-      "type mode = (off, slow, fast);\n"
+      "type mode; const off : mode; const slow : mode; const fast : mode;\n"
       "node n (m : mode) returns (next : mode);\n"
       "let next = if m = off then slow else fast; tel\n");
   const ProgramInterface described = describe_interface(*l.program);
   const Port& m = described.inputs[0];
-  const std::vector<const char*>& modes = described.outputs[0].enumerators;
+  const std::vector<const char*>& modes = described.outputs[0].constants;
   FakeInputs in;
   CountingOutputs out;
   StepCycle cycle(*l.program, in, out);
   ASSERT_TRUE(read_word(m, std::string("off")));
-  EXPECT_EQ(m.value->s, m.enumerators[2]);
+  EXPECT_EQ(m.value->s, m.constants[0]);
   cycle.step();
   EXPECT_EQ(described.outputs[0].value->s, modes[1]);
   ASSERT_TRUE(read_word(m, std::string("fast")));
   cycle.step();
-  EXPECT_EQ(described.outputs[0].value->s, modes[0]);
+  EXPECT_EQ(described.outputs[0].value->s, modes[2]);
 }
 
 }  // namespace

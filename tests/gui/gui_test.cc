@@ -3,9 +3,11 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/common/input_texts.h"
@@ -25,13 +27,15 @@ std::string program_path(const char* name) {
 // One korvel run: its process and its three windows.
 class Session {
  public:
-  Session(const char* program, const char* node)
-      : korvel_({KORVEL_BINARY, "-v", program_path(program)}), node_(node) {}
+  explicit Session(const std::string& path) : korvel_({KORVEL_BINARY, "-v", path}) {}
 
-  /// Waits for the header and the three windows.
+  /// Waits for the header and the three windows, named after the node.
   void open() {
     ASSERT_TRUE(screen_.ok()) << "no X display with XTest";
     ASSERT_TRUE(korvel_.wait_for_output(") returns (", kTimeoutMs)) << korvel_.err();
+    const std::string& header = korvel_.out();
+    ASSERT_TRUE(header.starts_with("#program ")) << header;
+    node_ = header.substr(9, header.find('\n') - 9);
     Window main = screen_.wait_for_window("korvel", kTimeoutMs);
     Window inputs = screen_.wait_for_window(node_ + "-inputs", kTimeoutMs);
     Window outputs = screen_.wait_for_window(node_ + "-outputs", kTimeoutMs);
@@ -133,7 +137,6 @@ const std::string kMix = "#program mix\n#(b, n, x) returns (c, y, seen)\n";
 struct Scenario {
   const char* name;
   const char* program;
-  const char* node;
   size_t inputs, outputs;
   const char* actions;
   std::string trace;
@@ -141,32 +144,32 @@ struct Scenario {
 };
 
 const Scenario kScenarios[] = {
-    {"QuitAloneLeavesOnlyTheHeader", "mix", "mix", 3, 3, "", kMix, ""},
-    {"StepAndBoolPulseInAutoStep", "mix", "mix", 3, 3, "step press:0 step",
+    {"QuitAloneLeavesOnlyTheHeader", "mix", 3, 3, "", kMix, ""},
+    {"StepAndBoolPulseInAutoStep", "mix", 3, 3, "step press:0 step",
      kMix + "#step 1\nf  0  0.000000  #0  0.000000  f  \n"
             "#step 2\nt  0  0.000000  #0  0.000000  t  \n"
             "#step 3\nf  0  0.000000  #0  0.000000  f  \n",
      ""},
-    {"ReturnInFieldStepsInAutoStep", "mix", "mix", 3, 3,
+    {"ReturnInFieldStepsInAutoStep", "mix", 3, 3,
      "enter:1:5 enter:2:-1.25 type:1:12abc step",
      kMix + "#step 1\nf  5  0.000000  #5  0.000000  f  \n"
             "#step 2\nf  5  -1.250000  #10  -2.500000  f  \n"
             "#step 3\nf  12  -1.250000  #22  -2.500000  f  \n",
      ""},
     // Back in Auto Step every bool is released.
-    {"ComposeSetsSeveralInputsForOneStep", "mix", "mix", 3, 3,
+    {"ComposeSetsSeveralInputsForOneStep", "mix", 3, 3,
      "mode press:0 press:0 press:0 enter:1:3 enter:2:1.5 step step mode step",
      kMix + "#step 1\nt  3  1.500000  #3  3.000000  t  \n"
             "#step 2\nt  3  1.500000  #6  3.000000  t  \n"
             "#step 3\nf  3  1.500000  #9  3.000000  f  \n",
      ""},
-    {"BadFieldAbortsTheStepWithoutCountingIt", "mix", "mix", 3, 3,
+    {"BadFieldAbortsTheStepWithoutCountingIt", "mix", 3, 3,
      "type:2:1.5 type:1:x2 step type:1:2x step",
      kMix + "#error msg from inputs manager\n#Bad integer value for 'n (int)'\n#aborted\n"
             "#step 1\nf  2  1.500000  #2  3.000000  f  \n",
      ""},
     // Still Compose after the reset: pressing b runs no step, STEP does.
-    {"ResetInComposeKeepsComposeAndClearsInputs", "mix", "mix", 3, 3,
+    {"ResetInComposeKeepsComposeAndClearsInputs", "mix", 3, 3,
      "mode press:0 enter:1:7 step reset step press:0 step",
      kMix + "#step 1\nt  7  0.000000  #7  0.000000  t  \n"
             "#reset\n"
@@ -174,7 +177,7 @@ const Scenario kScenarios[] = {
             "#step 2\nt  0  0.000000  #0  0.000000  t  \n",
      ""},
     // A reset keeps the choice.
-    {"ChoiceOfAnEnumeratedInputSteps", "gear", "shift", 2, 2,
+    {"ChoiceOfAnEnumeratedInputSteps", "gear", 2, 2,
      "choose:0:1 choose:0:1 choose:0:0 choose:0:1 reset step",
      "#program shift\n#(g, k) returns (fast, same)\n"
      "#step 1\nhigh  0  #t  high  \n"
@@ -194,7 +197,7 @@ class GuiTest : public ::testing::TestWithParam<Scenario> {};
 // finds every output as recorded.
 TEST_P(GuiTest, TraceExitStatusAndReplay) {
   const Scenario& c = GetParam();
-  Session s(c.program, c.node);
+  Session s(program_path(c.program));
   ASSERT_NO_FATAL_FAILURE(s.open());
   // The mode button, one row per input and STEP; one row per output.
   EXPECT_EQ(s.input_rows(), c.inputs + 2);
@@ -235,7 +238,7 @@ TEST(GuiInputTexts, WindowAndBatchReadEveryTextTheSame) {
         is_int ? std::string(t.read) + "  0.000000  " : "0  " + std::string(t.read) + "  ";
     trace += "#step " + std::to_string(++step) + "\n" + values + "#" + values + "\n";
   }
-  Session s("echo", "echo");
+  Session s(program_path("echo"));
   ASSERT_NO_FATAL_FAILURE(s.open());
   s.perform(actions);
   ASSERT_EQ(s.quit(), 0);
@@ -245,12 +248,41 @@ TEST(GuiInputTexts, WindowAndBatchReadEveryTextTheSame) {
   EXPECT_EQ(batch.out, trace);
 }
 
-// A missing display is tests/cli/cases/korvel_no_display.
-TEST(GuiRefusal, UnsupportedTypeIsRefusedBeforeThePanelsOpen) {
-  ChildProcess korvel({KORVEL_BINARY, "-v", program_path("opaque")});
-  EXPECT_EQ(korvel.wait_end(kTimeoutMs), 1);
-  EXPECT_EQ(korvel.err(), "Sorry, type \"handle\" not implemented\n");
-  EXPECT_EQ(korvel.out(), "");
+// A missing display is tests/cli/cases/korvel_no_display. korvel-run
+// must refuse the same programs with the same bytes, or it would write
+// traces no one could make in the window.
+TEST(GuiRefusal, UnsupportedTypesAreRefusedBeforeThePanelsOpenAsInTheRunner) {
+  const std::pair<const char*, const char*> refused[] = {
+      {"opaque", "Sorry, type \"handle\" not implemented\n"},
+      {"enum_output",
+       "Warning, external type \"gear\" interpreted as enumerate\n"
+       "Sorry, type \"mode\" not implemented\n"},
+  };
+  for (const auto& [program, err] : refused) {
+    SCOPED_TRACE(program);
+    ChildProcess korvel({KORVEL_BINARY, "-v", program_path(program)});
+    EXPECT_EQ(korvel.wait_end(kTimeoutMs), 1);
+    EXPECT_EQ(korvel.err(), err);
+    EXPECT_EQ(korvel.out(), "");
+    const Finished run = korvel_run({program_path(program)}, "");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, err);
+    EXPECT_EQ(run.out, "");
+  }
+}
+
+// What korvel-run accepts the window must open, the shipped examples first.
+TEST(GuiExamples, EveryExampleOpensItsThreeWindows) {
+  int opened = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(KORVEL_EXAMPLES)) {
+    if (entry.path().extension() != ".qv") continue;
+    SCOPED_TRACE(entry.path().string());
+    Session s(entry.path().string());
+    ASSERT_NO_FATAL_FAILURE(s.open());
+    EXPECT_EQ(s.quit(), 0);
+    ++opened;
+  }
+  EXPECT_GE(opened, 5);
 }
 
 }  // namespace
