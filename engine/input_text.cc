@@ -1,6 +1,5 @@
 #include "engine/input_text.h"
 
-#include <cstdlib>
 #include <string>
 
 namespace {
@@ -19,22 +18,6 @@ std::string terminated(std::string_view word) {
 }
 
 }  // namespace
-
-bool read_int(const char* text, int32_t* value) {
-  char* end;
-  const long long number = std::strtoll(text, &end, 10);
-  if (end == text) return false;
-  *value = static_cast<int32_t>(static_cast<uint32_t>(number));
-  return true;
-}
-
-bool read_real(const char* text, double* value) {
-  char* end;
-  const double number = std::strtod(text, &end);
-  if (end == text) return false;
-  *value = number;
-  return true;
-}
 
 bool read_word(const Port& port, std::string_view word) {
   switch (port.kind) {
