@@ -33,6 +33,7 @@ int print_net(const char* path) {
 // the line.
 LoadOptions load;
 bool check = false;
+bool strict = false;
 
 struct Flag {
   const char* option;
@@ -47,6 +48,7 @@ const Flag kFlags[] = {
     {"--no-minimise", &load.minimise, false, "keep one class per node (no minimal network)"},
     {"--bool-opt", &load.bool_opt, true, "fold true and false out of Boolean operators"},
     {"--check", &check, true, "batch: INPUTS is a recorded trace whose outputs must recur"},
+    {"--strict", &strict, true, "refuse (status 1) a program that loads with a warning"},
 };
 
 // The loading modes: the program is loaded as the simulator loads it, and a
@@ -112,6 +114,7 @@ int run_tool(int argc, char** argv) {
     }
   }
   argc = kept;
+  set_strict_loading(strict);
   if (argc < 2) return usage("no mode given");
   if (argv[1][0] != '-') {
     if (argc > 3) return usage("more than one inputs file given");

@@ -13,7 +13,6 @@ struct LibraryCall {
   const char* name;
   /// Number of arguments; those of pow come as one tuple operand.
   int arity;
-  TypeClass argument;
   TypeClass result;
   UnaryFunction unary;
   BinaryFunction binary;
@@ -24,11 +23,11 @@ struct LibraryCall {
 // taking their address is not something the library promises.
 // clang-format off
 #define KORVEL_UNARY(name) \
-  { #name, 1, TC_REAL, TC_REAL, {[](double x) { return std::name(x); }}, {}, nullptr }
+  { #name, 1, TC_REAL, {[](double x) { return std::name(x); }}, {}, nullptr }
 
 const LibraryCall kLibrary[] = {
-    {"real2int", 1, TC_REAL, TC_INT, {}, {}, make_item<REAL2INT_int_EI>},
-    {"int2real", 1, TC_INT, TC_REAL, {}, {}, make_item<INT2REAL_double_EI>},
+    {"real2int", 1, TC_INT, {}, {}, make_item<REAL2INT_int_EI>},
+    {"int2real", 1, TC_REAL, {}, {}, make_item<INT2REAL_double_EI>},
     KORVEL_UNARY(cos),
     KORVEL_UNARY(sin),
     KORVEL_UNARY(tan),
@@ -45,7 +44,7 @@ const LibraryCall kLibrary[] = {
     KORVEL_UNARY(fabs),
     KORVEL_UNARY(ceil),
     KORVEL_UNARY(floor),
-    {"pow", 2, TC_REAL, TC_REAL, {}, {[](double x, double y) { return std::pow(x, y); }}, nullptr},
+    {"pow", 2, TC_REAL, {}, {[](double x, double y) { return std::pow(x, y); }}, nullptr},
 };
 
 #undef KORVEL_UNARY
@@ -53,11 +52,8 @@ const LibraryCall kLibrary[] = {
 
 bool matches(Net& net, const LibraryCall& row, Exp* e, const CallArgs& args) {
   if (net.strings->intern("%s", row.name) != e->param) return false;
-  if (row.arity != args.count || row.result != type_class(net, net.type(e))) return false;
-  for (int i = 0; i < args.count; ++i) {
-    if (type_class(net, net.type(args.items[i])) != row.argument) return false;
-  }
-  return true;
+  // The arguments are read as the function wants them, whatever their type.
+  return row.arity == args.count && row.result == type_class(net, net.type(e));
 }
 
 EvalItem* make_row_item(const LibraryCall& row) {

@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <iterator>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "engine/build_support.h"
@@ -136,7 +135,6 @@ Exp* decider(Exp* e, EvalDecider by) {
 /// A node whose item exists, and the operand nodes still to be built into it.
 struct Frame {
   EvalItem* item;
-  Exp* node;
   /// A memory's value and clock, which are not its node's operands.
   Exp* split[2];
   /// Otherwise the nodes to build, in order.
@@ -167,13 +165,9 @@ EvalItem* make_constant(Net& net, Exp* e) {
   switch (info ? info->kind : ID_PREDEF_CONST) {
     case ID_USR_CONST:
     case ID_ENUM_CONST: {
+      // Named by itself whatever its declared type: its value would come
+      // from outside, and a number or a bool reads it as zero.
       QvType* type = net.type(e);
-      if (type_class(net, type) != TC_OTHER) {
-        // Its value would come from outside, and nothing supplies it.
-        fprintf(stderr, "Constant '%s' of type %s has no value to simulate with\n",
-                net.strings->text(e->ident), net.strings->text(type->name));
-        return nullptr;
-      }
       EvalItem* item = new CONST_extern_EI(net.strings->text(e->ident));
       item->extern_type = type->name;
       return item;
@@ -192,7 +186,7 @@ EvalItem* make_constant(Net& net, Exp* e) {
 /// its operands are made from; null, after a message, when there is none.
 EvalItem* start_item(SimProgram& p, Exp* e, Frame* frame) {
   Net& net = *p.net;
-  *frame = Frame{nullptr, e, {nullptr, nullptr}, e->operands.data(), e->arity(), 0, false};
+  *frame = Frame{nullptr, {nullptr, nullptr}, e->operands.data(), e->arity(), 0, false};
   EvalItem* item = nullptr;
   const EvalBuild build = op_eval_build(e->op);
   switch (build) {
@@ -239,46 +233,6 @@ EvalItem* start_item(SimProgram& p, Exp* e, Frame* frame) {
   return item;
 }
 
-const char* kind_text(const Net& net, int kind, int extern_type) {
-  switch (kind) {
-    case VK_BOOL:
-      return "bool";
-    case VK_INT:
-      return "int";
-    case VK_REAL:
-      return "real";
-    default:
-      return net.strings->text(extern_type);
-  }
-}
-
-std::string operator_text(const Net& net, const Exp* e) {
-  if (e->op == CALL_n) return "'" + std::string(net.strings->text(e->param)) + "'";
-  return "'" + std::string(op_symbol(e->op)) + "'";
-}
-
-/// The types are not checked when the program is read, so an ill-typed
-/// program shows up here, as an item reading an operand of another kind;
-/// it is refused rather than computed from the wrong bits.
-/// `place` names the item: "'+'", "output 'w'".
-bool operands_agree(const Net& net, const std::string& place, int ident, const EvalItem& item) {
-  for (int i = 0; i < item.n_operands; ++i) {
-    const EvalItem& operand = *item.operands[i];
-    const int want = item.operand_kind(i);
-    if (operand.value_kind == want &&
-        (want != VK_EXTERN || operand.extern_type == item.extern_type)) {
-      continue;
-    }
-    fprintf(stderr, "Type mismatch: %s operand of %s where %s is expected",
-            kind_text(net, operand.value_kind, operand.extern_type), place.c_str(),
-            kind_text(net, want, item.extern_type));
-    if (ident) fprintf(stderr, " (in '%s')", net.strings->text(ident));
-    fputc('\n', stderr);
-    return false;
-  }
-  return true;
-}
-
 EvalItem* built(const SimProgram& p, const Exp* e) {
   return e->visit_key == p.build_key ? reinterpret_cast<EvalItem*>(e->get_mark(p.build_key))
                                      : nullptr;
@@ -318,9 +272,6 @@ EvalItem* build_item(SimProgram& p, Exp* e) {
   while (!stack.empty()) {
     Frame& top = stack.back();
     if (top.next == top.count) {
-      if (!operands_agree(*p.net, operator_text(*p.net, top.node), top.node->ident, *top.item)) {
-        return nullptr;
-      }
       // A memory joins the list once its operands are built.
       if (top.is_last) p.memories.push_back(top.item);
       stack.pop_back();
@@ -354,8 +305,6 @@ int build_eval(SimProgram& p) {
     EvalItem* operands[2];
     if (!build_clocked(p, p.output_nodes[i], operands)) return 1;
     p.output_items[i] = make_output(p, net.type(p.output_nodes[i]), operands);
-    const std::string place = "output '" + std::string(net.strings->text(p.output_names[i])) + "'";
-    if (!operands_agree(net, place, 0, *p.output_items[i])) return 1;
   }
   p.assert_items.assign(p.n_asserts, nullptr);
   for (int i = 0; i < p.n_asserts; ++i) {
@@ -366,7 +315,6 @@ int build_eval(SimProgram& p) {
       return 1;
     }
     p.assert_items[i] = make_output(p, net.bool_type, operands);
-    if (!operands_agree(net, "an assertion", 0, *p.assert_items[i])) return 1;
   }
   return 0;
 }

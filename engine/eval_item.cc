@@ -73,10 +73,6 @@ int EvalItem::extern_type_name() {
   return -1;
 }
 
-int EvalItem::operand_kind(int) const {
-  return 0;
-}
-
 void EvalItem::ensure_operands(unsigned step) {
   for (int i = 0; i < n_operands; ++i) operands[i]->ensure(step);
 }

@@ -27,10 +27,6 @@ class EvalItem {
   /// for the others.
   virtual int extern_type_name();
 
-  /// The value kind the class reads from operand `i`. The builder refuses
-  /// operands of another kind, which only an ill-typed program gives.
-  virtual int operand_kind(int i) const;
-
   /// The ensuring rule: computes the item unless it already was at `step`.
   /// Deep graphs are walked with an explicit stack, never C recursion, and
   /// in exactly the order nested `compute` calls would take.

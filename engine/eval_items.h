@@ -7,6 +7,16 @@
 #include "engine/eval_item.h"
 #include "engine/eval_ops.h"
 
+/// An operand's value as kind `V` reads it, whatever kind the operand holds.
+template <class V>
+typename V::T read(const EvalItem& operand) {
+  return V::get(operand.value_kind, operand.value);
+}
+
+inline bool is_true(const EvalItem& operand) {
+  return read<BoolVal>(operand) != 0;
+}
+
 /// A constant: defined from the build on, again after every reset.
 template <class V>
 class ConstEI final : public EvalItem {
@@ -45,15 +55,14 @@ class StrictEI final : public EvalItem {
     typename Out::T r{};
     if (st == 0) {
       if constexpr (Op::arity == 1) {
-        st = op(In::get(operands[0]->value), r);
+        st = op(read<In>(*operands[0]), r);
       } else {
-        st = op(In::get(operands[0]->value), In::get(operands[1]->value), r);
+        st = op(read<In>(*operands[0]), read<In>(*operands[1]), r);
       }
     }
     status = st;
     if (st == 0) Out::put(value, r);
   }
-  int operand_kind(int) const override { return In::kind; }
 
   Op op;
 };
@@ -74,14 +83,13 @@ class LogicEI final : public EvalItem {
     if (a.status != 0 && b.status != 0) {
       status = a.status | b.status;
     } else if (a.status == 0 && b.status == 0) {
-      define(op(a.value.i, b.value.i));
+      define(op(is_true(a), is_true(b)));
     } else if (a.status == 0) {
-      decide(op(a.value.i, false), op(a.value.i, true), b.status);
+      decide(op(is_true(a), false), op(is_true(a), true), b.status);
     } else {
-      decide(op(false, b.value.i), op(true, b.value.i), a.status);
+      decide(op(false, is_true(b)), op(true, is_true(b)), a.status);
     }
   }
-  int operand_kind(int) const override { return VK_BOOL; }
 
  private:
   void define(bool x) {
@@ -110,12 +118,11 @@ class CountEI final : public EvalItem {
     int n_true = 0;
     for (int i = 0; i < n_operands; ++i) {
       st |= operands[i]->status;
-      if (operands[i]->status == 0 && operands[i]->value.i) ++n_true;
+      if (operands[i]->status == 0 && is_true(*operands[i])) ++n_true;
     }
     status = st;
     if (st == 0) value.i = Op{}(n_true);
   }
-  int operand_kind(int) const override { return VK_BOOL; }
 };
 
 /// if c then t else e: all three are ensured, but only the chosen branch's
@@ -132,11 +139,10 @@ class CondEI final : public EvalItem {
       status = c.status;
       return;
     }
-    const EvalItem& chosen = *operands[c.value.i ? 1 : 2];
+    const EvalItem& chosen = *operands[is_true(c) ? 1 : 2];
     status = chosen.status;
-    if (status == 0) value = chosen.value;
+    if (status == 0) V::put(value, read<V>(chosen));
   }
-  int operand_kind(int i) const override { return i == 0 ? VK_BOOL : V::kind; }
 };
 
 /// An output or assertion: its value operand sampled on its clock operand.
@@ -151,13 +157,12 @@ class OutputEI final : public EvalItem {
     const EvalItem& v = *operands[0];
     const EvalItem& c = *operands[1];
     check_clock(c);
-    absent = !c.value.i;
+    absent = !is_true(c);
     if (absent) return;
     status = v.status;
-    if (status == 0) value = v.value;
+    if (status == 0) V::put(value, read<V>(v));
   }
   int is_bottom() override { return absent; }
-  int operand_kind(int i) const override { return i == 0 ? V::kind : VK_BOOL; }
 
   int absent = 0;
 };
@@ -178,11 +183,10 @@ class BlastEI final : public EvalItem {
     const EvalItem& v = *operands[0];
     const EvalItem& c = *operands[1];
     check_clock(c);
-    if (!c.value.i) return;
+    if (!is_true(c)) return;
     saved_status = v.status;
-    if (v.status == 0) saved = v.value;
+    if (v.status == 0) V::put(saved, read<V>(v));
   }
-  int operand_kind(int i) const override { return i == 0 ? V::kind : VK_BOOL; }
 
   unsigned saved_status = ST_NIL;
   EvalValue saved{};
@@ -203,9 +207,8 @@ class INIT_bool_EI final : public EvalItem {
     check_clock(*operands[0]);
   }
   void rewrite() override {
-    if (value.i) first = !operands[0]->value.i;
+    if (value.i) first = !is_true(*operands[0]);
   }
-  int operand_kind(int) const override { return VK_BOOL; }
 
   int first = 1;
 };

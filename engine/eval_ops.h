@@ -13,21 +13,21 @@
 struct BoolVal {
   using T = int32_t;
   static constexpr int kind = VK_BOOL;
-  static T get(const EvalValue& v) { return v.i; }
+  static T get(int held, const EvalValue& v) { return as_int(held, v); }
   static void put(EvalValue& v, T x) { v.i = x; }
 };
 
 struct IntVal {
   using T = int32_t;
   static constexpr int kind = VK_INT;
-  static T get(const EvalValue& v) { return v.i; }
+  static T get(int held, const EvalValue& v) { return as_int(held, v); }
   static void put(EvalValue& v, T x) { v.i = x; }
 };
 
 struct RealVal {
   using T = double;
   static constexpr int kind = VK_REAL;
-  static T get(const EvalValue& v) { return v.d; }
+  static T get(int held, const EvalValue& v) { return as_real(held, v); }
   static void put(EvalValue& v, T x) { v.d = x; }
 };
 
@@ -36,7 +36,7 @@ struct RealVal {
 struct NameVal {
   using T = const char*;
   static constexpr int kind = VK_EXTERN;
-  static T get(const EvalValue& v) { return v.s; }
+  static T get(int held, const EvalValue& v) { return as_name(held, v); }
   static void put(EvalValue& v, T x) { v.s = x; }
 };
 

@@ -7,16 +7,10 @@
 #include <string_view>
 
 #include "engine/interface.h"
+#include "support/number_text.h"
 
-/// Reads as "%d" does: leading blanks skipped, an optional sign, anything
-/// after the digits ignored. A number beyond 32 bits keeps its low 32 bits
-/// instead of being undefined. False, leaving `value` alone, when the text
-/// does not start with a number.
-bool read_int(const char* text, int32_t* value);
-/// Reads as "%lf" does, hexadecimal, infinities and NaN included. False,
-/// leaving `value` alone, when the text does not start with a number.
-bool read_real(const char* text, double* value);
 /// Reads one word of a batch line into the port's value field: a bool as
-/// t, f, 1 or 0, a number as above, a named value as the name of one of
-/// the user constants of its type. False, leaving the field alone, otherwise.
+/// t, f, 1 or 0, a number as read_int and read_real read it, a named value
+/// as the name of one of the user constants of its type. False, leaving the
+/// field alone, otherwise.
 bool read_word(const Port& port, std::string_view word);

@@ -1,10 +1,9 @@
 #include "net/net.h"
 
-#include <cerrno>
-#include <climits>
 #include <cstdlib>
 
 #include "support/diagnostics.h"
+#include "support/number_text.h"
 
 QvType::~QvType() {
   delete consts;
@@ -195,19 +194,12 @@ Exp* Net::constant(int name) {
 
 namespace {
 
-// The literal's text comes from the lexer, so it is digits only; a value
-// beyond 32 bits is clamped (and reported) rather than left to scanf.
+// As "%d" reads it: a value beyond 32 bits keeps its low 32 bits (the
+// reader warns about it).
 int scan_int(const char* text) {
-  errno = 0;
-  char* end = nullptr;
-  long long v = std::strtoll(text, &end, 10);
-  if (end == text) return 0;
-  if (errno == ERANGE || v > INT_MAX || v < INT_MIN) {
-    int clamped = v < 0 ? INT_MIN : INT_MAX;
-    warning("integer literal '%s' does not fit in 32 bits, %d is used", text, clamped);
-    return clamped;
-  }
-  return static_cast<int>(v);
+  int32_t value = 0;
+  read_int(text, &value);
+  return value;
 }
 
 // Single precision, as the literal is carried; too large a text gives an
@@ -247,12 +239,6 @@ void Net::add_assert(Exp* e) {
 void Net::define(int name, Exp* e) {
   IdentInfo* info = ident_info(name);
   if (!info) error("Net::define : undeclared variable '%s'\n", strings->text(name));
-  // An equation for an input or a constant would silently replace its
-  // value, and a second one for a variable would silently win.
-  if (info->kind != ID_OUTPUT && info->kind != ID_LOCAL) {
-    error("Net::define : '%s' is not an output or a local variable\n", strings->text(name));
-  }
-  if (info->def) error("Net::define : variable '%s' is defined twice\n", strings->text(name));
   info->def = e;
   e->type = info->type;
   e->clock = info->clock;

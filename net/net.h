@@ -121,6 +121,8 @@ class Net {
   Exp* int_literal(int name);
   Exp* real_literal(int name);
   void add_assert(Exp* e);
+  /// Any declared name takes the equation, a later one replacing an earlier
+  /// one, as the reader warns.
   void define(int name, Exp* e);
   /// Takes ownership of `names`.
   void define_tuple(IndexList* names, Exp* e);

@@ -3,6 +3,9 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
+
+#include "reader/load_check.h"
 
 class Net;
 class SymbolTable;
@@ -12,6 +15,8 @@ class SymbolTable;
 /// (message on standard error) or after a syntax error or a parser stack
 /// overflow (report on standard output). Lexical errors, undeclared names
 /// and declaration errors end the process.
-int QvParse(Net* net, SymbolTable* table, const char* path);
+/// `equations`, when given, receives where each equation was read.
+int QvParse(Net* net, SymbolTable* table, const char* path,
+            std::vector<EquationPlace>* equations = nullptr);
 /// As QvParse, on source text in memory.
 int QvParseText(Net* net, SymbolTable* table, std::string_view source);

@@ -16,10 +16,12 @@ struct QvParseContext;
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "net/net.h"
 #include "reader/held_lists.h"
 #include "reader/lexer.h"
+#include "reader/load_check.h"
 #include "reader/parse_actions.h"
 #include "reader/parser.h"
 #include "support/diagnostics.h"
@@ -40,10 +42,13 @@ struct QvParseContext {
   Net* net;
   SymbolTable* table;
   QvLexer* lexer;
+  /// The file as named on the command line, for warnings.
+  const char* file;
   /// Pass key of this parse: each operator node's depth is its mark.
   int depth_key;
   /// The lists on the parser's stack, freed however the parse ends.
   HeldLists held;
+  std::vector<EquationPlace> equations;
 
   template <class List>
   List* keep(List* list) {
@@ -55,6 +60,36 @@ struct QvParseContext {
   }
 
   int intern(const char* text) { return table->intern("%s", text); }
+
+  void warn(const char* fmt, const char* name) { source_warning(file, lexer->line(), fmt, name); }
+
+  /// An equation for `name` is about to be read: whatever the name is, the
+  /// equation becomes its definition.
+  void defining(int name) {
+    const IdentInfo* info = net->ident_info(name);
+    if (!info) return;
+    const char* text = table->text(name);
+    if (info->kind == ID_INPUT) {
+      warn("'%s' is an input; its equation takes the input's place, and no value given "
+           "to the input is read", text);
+    } else if (info->kind != ID_OUTPUT && info->kind != ID_LOCAL) {
+      warn("'%s' is a constant; its equation is not used", text);
+    } else if (info->def) {
+      warn("'%s' is defined twice; the later equation is used", text);
+    }
+  }
+  void defining(IndexList* names) {
+    for (IndexList* n = names; n; n = n->next) defining(n->value);
+  }
+
+  /// Literals are read as "%d" reads them. 2147483648 alone is left
+  /// unwarned: it is how the smallest int is written, negated.
+  Exp* int_literal(const char* text) {
+    if (std::strtoll(text, nullptr, 10) > 2147483648LL) {
+      warn("integer literal '%s' does not fit in 32 bits; its low 32 bits are used", text);
+    }
+    return net->int_literal(intern(text));
+  }
 
   Exp* bounded(Exp* e) {
     std::intptr_t depth = 0;
@@ -84,9 +119,12 @@ void yyerror(QvParseContext& ctx, const char* message) {
   std::printf("%s     - at line %d\n", message, ctx.lexer->line());
 }
 
-int parse(Net* net, SymbolTable* table, QvLexer& lexer) {
-  QvParseContext ctx{net, table, &lexer, new_pass_key(), {}};
-  return yyparse(ctx) == 0 ? 0 : 1;
+int parse(Net* net, SymbolTable* table, QvLexer& lexer, const char* file,
+          std::vector<EquationPlace>* equations = nullptr) {
+  QvParseContext ctx{net, table, &lexer, file, new_pass_key(), {}, {}};
+  if (yyparse(ctx) != 0) return 1;
+  if (equations) *equations = std::move(ctx.equations);
+  return 0;
 }
 
 }  // namespace
@@ -288,9 +326,20 @@ equations
   ;
 
 equation
-  : XAssert expr ';' { ctx.net->add_assert($2); }
-  | ident '=' expr ';' { ctx.net->define($1, $3); }
-  | '(' ident_list ')' '=' expr ';' { ctx.net->define_tuple(ctx.pass($2), $5); }
+  : XAssert expr ';' {
+      ctx.net->add_assert($2);
+      ctx.equations.push_back({0, $2, ctx.lexer->line()});
+    }
+  | ident '=' expr ';' {
+      ctx.defining($1);
+      ctx.net->define($1, $3);
+      ctx.equations.push_back({$1, $3, ctx.lexer->line()});
+    }
+  | '(' ident_list ')' '=' expr ';' {
+      ctx.defining($2);
+      ctx.equations.push_back({$2->value, $5, ctx.lexer->line()});
+      ctx.net->define_tuple(ctx.pass($2), $5);
+    }
   ;
 
 ident_list
@@ -352,23 +401,24 @@ expr_list1
 constant
   : XTrue { $$ = ctx.net->constant(ctx.intern("true")); }
   | XFalse { $$ = ctx.net->constant(ctx.intern("false")); }
-  | XIConst { $$ = ctx.net->int_literal(ctx.intern($1)); }
+  | XIConst { $$ = ctx.int_literal($1); }
   | XRConst { $$ = ctx.net->real_literal(ctx.intern($1)); }
   ;
 
 %%
 
-int QvParse(Net* net, SymbolTable* table, const char* path) {
+int QvParse(Net* net, SymbolTable* table, const char* path,
+            std::vector<EquationPlace>* equations) {
   const FileHandle in(std::fopen(path, "r"));
   if (!in) {
     std::fprintf(stderr, "QvParse : Can't open file '%s'\n", path);
     return 1;
   }
   QvLexer lexer(in.get());
-  return parse(net, table, lexer);
+  return parse(net, table, lexer, path, equations);
 }
 
 int QvParseText(Net* net, SymbolTable* table, std::string_view source) {
   QvLexer lexer(source);
-  return parse(net, table, lexer);
+  return parse(net, table, lexer, "(text)");
 }

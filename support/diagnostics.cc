@@ -13,6 +13,7 @@ const char spinner_glyphs[4] = {'|', '/', '-', '\\'};
 int spinner_index = 0;
 int spinner_counter = 1;
 int errors = 0;
+bool strict_loading = false;
 FILE* trace = nullptr;
 
 // The message after its header; stderr is unbuffered, so the report is
@@ -67,6 +68,20 @@ int warning(const char* fmt, ...) {
   return 0;
 }
 
+void source_warning(const char* file, int line, const char* fmt, ...) {
+  fprintf(stderr, "%s:%d: warning: ", file, line);
+  va_list args;
+  va_start(args, fmt);
+  vfprintf(stderr, fmt, args);
+  va_end(args);
+  fputc('\n', stderr);
+  if (strict_loading) end_process(1);
+}
+
+void set_strict_loading(bool on) {
+  strict_loading = on;
+}
+
 int count_error(const char* fmt, ...) {
   va_list args;
   va_start(args, fmt);
@@ -92,6 +107,7 @@ void reset_diagnostics() {
   spinner_counter = 1;
   errors = 0;
   trace = nullptr;
+  strict_loading = false;
 }
 
 int verbose(const char* fmt, ...) {

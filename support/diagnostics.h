@@ -22,6 +22,11 @@ struct ProcessEnd {
 [[noreturn]] void error(const char* fmt, ...) KORVEL_PRINTF(1, 2);
 /// A report after which the process goes on.
 int warning(const char* fmt, ...) KORVEL_PRINTF(1, 2);
+/// A program that loads and runs, but probably not as its author meant:
+/// "FILE:LINE: warning: " and the message, on its own line. Under
+/// `set_strict_loading` the process ends with status 1 after writing it.
+void source_warning(const char* file, int line, const char* fmt, ...) KORVEL_PRINTF(3, 4);
+void set_strict_loading(bool on = true);
 /// Writes the message alone and counts it; `error_stop` ends the process later.
 int count_error(const char* fmt, ...) KORVEL_PRINTF(1, 2);
 /// Ends the process with "*** N Errors stop" when anything was counted.

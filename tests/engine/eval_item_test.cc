@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <climits>
 #include <cmath>
 #include <memory>
@@ -189,6 +190,31 @@ TEST(RealItems, Conversions) {
   // A NaN is a value: sqrt(-1) is defined.
   UnaryFunction sqrt_of{[](double x) { return std::sqrt(x); }};
   EXPECT_EQ(run(g.make<UFUNC_double_EI>({g.leaf_real(-1.0)}, sqrt_of))->status, 0u);
+}
+
+// An operand of another kind is read from the bits of its 8-byte field: an
+// int from a real is the low half of the double's pattern, a real from an
+// int has the int in its low half; a name reads as zero and a number never
+// reads as a name.
+TEST(OtherKindOperands, AreReadFromTheFieldsBits) {
+  Graph g;
+  const double real = 2.5;  // 0x4004000000000000: low half 0
+  const double tagged = std::bit_cast<double>(uint64_t{0x400400000000002a});
+  EXPECT_EQ(ints<PLUS_int_EI>(g, 1, 0)->value.i, 1);
+  EXPECT_EQ(binary<PLUS_int_EI>(g, g.leaf_real(real), g.leaf_int(1))->value.i, 1);
+  EXPECT_EQ(binary<PLUS_int_EI>(g, g.leaf_real(tagged), g.leaf_int(1))->value.i, 43);
+  EXPECT_EQ(binary<EQ_double_EI>(g, g.leaf_int(7), g.leaf_real(std::bit_cast<double>(uint64_t{7})))
+                ->value.i,
+            1);
+  EXPECT_EQ(binary<EQ_int_EI>(g, g.leaf_bool(true), g.leaf_int(1))->value.i, 1);
+  static const char red[] = "red";
+  EvalItem* name = g.make<CONST_extern_EI>({}, red);
+  EXPECT_EQ(binary<PLUS_int_EI>(g, name, g.leaf_int(5))->value.i, 5);
+  EXPECT_EQ(binary<EQ_extern_EI>(g, g.leaf_int(0), name)->value.i, 0);
+  EvalItem* choice = run(g.make<COND_extern_EI>({g.leaf_bool(true), g.leaf_int(3), name}));
+  EXPECT_EQ(choice->value.s, nullptr);
+  EvalItem* held = run(g.make<COND_double_EI>({g.leaf_int(1), g.leaf_int(-1), g.leaf_real(0)}));
+  EXPECT_EQ(std::bit_cast<uint64_t>(held->value.d), uint64_t{0xffffffff});
 }
 
 TEST(ExternItems, EqualityIsByNamePointer) {

@@ -27,11 +27,6 @@ struct Loaded {
   std::unique_ptr<SimProgram> program;
 };
 
-/// Loads in a child process, for the programs that must be refused.
-void load_only(const std::string& source) {
-  Loaded loaded(source);
-}
-
 template <class C>
 bool is(const EvalItem* item) {
   return dynamic_cast<const C*>(item) != nullptr;
@@ -89,17 +84,6 @@ TEST(BuildEval, MemoriesAreBuiltOnceInTheOrderReached) {
   EXPECT_EQ(k->operands[0], choice->operands[0]);
   ASSERT_EQ(p.memories.size(), 3u);
   EXPECT_TRUE(is<INIT_bool_EI>(p.memories[0]));
-}
-
-// Nothing checks types before the graph is built; items that would read
-// an operand of another kind are refused instead of computing garbage. The
-// other mismatches go through the real programs in tests/hostile; two
-// enumerations are told apart only here.
-TEST(BuildEvalFatalTest, EnumerationsOfTwoTypesAreNotCompared) {
-  EXPECT_ENDS(load_only("type a = (p, q); type b = (r, s);\n"
-                        "node n (x : a; y : b) returns (e : bool); let e = x = y; tel\n"),
-              1,
-              "^Type mismatch: a operand of '=' where b is expected\n$");
 }
 
 // The step cycle ------------------------------------------------------------------
