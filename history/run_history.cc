@@ -2,8 +2,8 @@
 
 namespace {
 
-Sample sample_of(EvalItem& item, bool clocked) {
-  if (clocked && item.is_bottom()) return {item.value, SampleState::kAbsent};
+Sample sample_of(EvalItem& item) {
+  if (item.is_bottom()) return {item.value, SampleState::kAbsent};
   if (item.status == 0) return {item.value, SampleState::kDefined};
   // An undefined value that involved a division by zero counts as one, as
   // the trace does when it leaves such an output unreported.
@@ -32,8 +32,10 @@ Sample* RunHistory::append(int step) {
 
 void RunHistory::stepped(int step) {
   Sample* row = append(step);
-  for (EvalItem* item : program_.input_items) *row++ = sample_of(*item, false);
-  for (EvalItem* item : program_.output_items) *row++ = sample_of(*item, true);
+  // An input holds what its front end stored; its status only says whether
+  // the step has read it yet.
+  for (EvalItem* item : program_.input_items) *row++ = {item->value, SampleState::kDefined};
+  for (EvalItem* item : program_.output_items) *row++ = sample_of(*item);
   for (HistoryListener* l : listeners_) l->appended(*this, n_ticks_ - 1);
 }
 
