@@ -2,6 +2,7 @@
 // qv file; every mode is a row of kModes.
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "batch/batch_run.h"
 #include "net/net.h"
@@ -51,6 +52,21 @@ const Flag kFlags[] = {
     {"--strict", &strict, true, "refuse (status 1) a program that loads with a warning"},
 };
 
+// Options of the batch run that name a file, given as "OPTION FILE".
+const char* vcd = nullptr;
+const char* svg = nullptr;
+
+struct FileFlag {
+  const char* option;
+  const char** path;
+  const char* help;
+};
+
+const FileFlag kFileFlags[] = {
+    {"--vcd", &vcd, "batch: also write the run to FILE as a Value Change Dump"},
+    {"--svg", &svg, "batch: also draw the run in FILE as an SVG chronogram"},
+};
+
 // The loading modes: the program is loaded as the simulator loads it, and a
 // failure ends the process with the loader's messages and status 1.
 int print_norm(const char* path) {
@@ -92,11 +108,14 @@ const Mode kModes[] = {
 int usage(const char* problem) {
   std::fprintf(stderr,
                "korvel-run: %s\nusage: korvel-run MODE FILE\n"
-               "       korvel-run PROGRAM.qv [INPUTS]   (batch simulator)\nmodes:\n",
+               "       korvel-run [FLAGS] PROGRAM.qv [INPUTS]   (batch simulator)\nmodes:\n",
                problem);
   for (const Mode& m : kModes) std::fprintf(stderr, "  %-14s %s\n", m.option, m.help);
   std::fprintf(stderr, "flags:\n");
   for (const Flag& f : kFlags) std::fprintf(stderr, "  %-14s %s\n", f.option, f.help);
+  for (const FileFlag& f : kFileFlags) {
+    std::fprintf(stderr, "  %-14s %s\n", (std::string(f.option) + " FILE").c_str(), f.help);
+  }
   return 1;
 }
 
@@ -107,8 +126,15 @@ int run_tool(int argc, char** argv) {
     for (const Flag& f : kFlags) {
       if (std::strcmp(argv[i], f.option) == 0) flag = &f;
     }
+    const FileFlag* file_flag = nullptr;
+    for (const FileFlag& f : kFileFlags) {
+      if (std::strcmp(argv[i], f.option) == 0) file_flag = &f;
+    }
     if (flag) {
       *flag->field = flag->value;
+    } else if (file_flag) {
+      if (++i == argc) return usage((std::string(file_flag->option) + " needs a FILE").c_str());
+      *file_flag->path = argv[i];
     } else {
       argv[kept++] = argv[i];
     }
@@ -122,6 +148,8 @@ int run_tool(int argc, char** argv) {
     batch.program = argv[1];
     batch.inputs = argc == 3 ? argv[2] : nullptr;
     batch.check = check;
+    batch.vcd = vcd;
+    batch.svg = svg;
     batch.load = load;
     return run_batch(batch);
   }

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "batch/batch_diagrams.h"
 #include "batch/batch_inputs.h"
 #include "engine/step_cycle.h"
 
@@ -117,6 +118,8 @@ int run_batch(const BatchOptions& options) {
   RecordedOutputs recorded(program);
   if (!options.check) set_trace_stream(stdout);
   StepCycle cycle(program, inputs, options.check ? static_cast<StepOutputs&>(recorded) : shown);
+  BatchDiagrams diagrams(options.vcd, options.svg);
+  if (!diagrams.start(program, cycle)) return 1;
   cycle.trace_header();
 
   int n_checked = 0;
@@ -150,6 +153,7 @@ int run_batch(const BatchOptions& options) {
     }
     ++n_checked;
   }
+  if (!diagrams.finish()) return 1;
   if (options.check) printf("%d steps checked, all outputs agree\n", n_checked);
   return 0;
 }

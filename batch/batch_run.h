@@ -11,6 +11,9 @@ struct BatchOptions {
   const char* inputs = nullptr;
   /// The inputs are a recorded trace whose outputs must be reproduced.
   bool check = false;
+  /// Timing diagrams of the run, when not null.
+  const char* vcd = nullptr;
+  const char* svg = nullptr;
   LoadOptions load;
 };
 

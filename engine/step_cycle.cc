@@ -52,6 +52,7 @@ bool StepCycle::step() {
     trace_printf("#error msg from inputs manager\n");
     trace_printf("#%s\n", problem);
     trace_printf("#aborted\n");
+    for (StepObserver* o : observers_) o->aborted();
     return false;
   }
   const unsigned stamp = ++program_.step_counter;
@@ -79,6 +80,7 @@ bool StepCycle::step() {
   trace_printf("#");
   trace_values(program_.output_items);
   trace_printf("\n");
+  for (StepObserver* o : observers_) o->stepped(step_number_);
   program_.end_step();
   return true;
 }
@@ -89,6 +91,7 @@ void StepCycle::reset_run() {
   inputs_.reset();
   outputs_.reset();
   step_number_ = 0;
+  for (StepObserver* o : observers_) o->was_reset();
 }
 
 void StepCycle::trace_values(const std::vector<EvalItem*>& items) {

@@ -17,6 +17,8 @@ class StepCycle {
   bool step();
   /// Back to the initial state; the next step is step 1.
   void reset_run();
+  /// Adds a watcher, told of what follows in the order watchers were added.
+  void observe(StepObserver* observer) { observers_.push_back(observer); }
 
   /// The number of the last step taken, as the trace shows it.
   int step_number() const { return step_number_; }
@@ -29,6 +31,7 @@ class StepCycle {
   StepInputs& inputs_;
   StepOutputs& outputs_;
   int step_number_ = 0;
+  std::vector<StepObserver*> observers_;
 };
 
 /// Room for the text of any value, the widest being a real in "%lf".

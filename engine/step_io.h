@@ -19,3 +19,15 @@ struct StepOutputs {
   virtual void update() = 0;
   virtual void reset() = 0;
 };
+
+/// Told of every step, abort and reset after the trace has them; a record
+/// of the run (a history, a diagram) watches the cycle through this.
+struct StepObserver {
+  virtual ~StepObserver() = default;
+  /// The outputs of step `step` are computed; the memories have not yet
+  /// advanced, so every item still holds this step's value.
+  virtual void stepped(int step) = 0;
+  /// The inputs could not be read: no reaction took place.
+  virtual void aborted() = 0;
+  virtual void was_reset() = 0;
+};

@@ -52,6 +52,7 @@ SimWindow::SimWindow(int argc, char** argv, SimProgram& program) {
 
   cycle_ = std::make_unique<StepCycle>(program, *input_panel_, *output_panel_);
   cycle_->trace_header();
+  chrono_ = ChronoWindow::open_if_wanted(top_level_, node_name, program, *cycle_);
   XtAppMainLoop(app_);
 }
 

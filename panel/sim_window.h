@@ -10,6 +10,7 @@
 
 #include "engine/step_cycle.h"
 #include "panel/button_item.h"
+#include "panel/chrono_window.h"
 #include "panel/input_panel.h"
 #include "panel/output_panel.h"
 
@@ -44,4 +45,6 @@ class SimWindow final : public StepTrigger {
   std::unique_ptr<OutputPanel> output_panel_;
   /// Runs the steps and keeps the step number.
   std::unique_ptr<StepCycle> cycle_;
+  /// Null unless the resources ask for the live chronogram.
+  std::unique_ptr<ChronoWindow> chrono_;
 };

@@ -124,3 +124,13 @@ void XScreen::type(const std::string& text) {
     key_code(keysym, shift, false);
   }
 }
+
+unsigned long XScreen::colour_at(Window window, int x, int y) {
+  XImage* image = XGetImage(display_, window, x, y, 1, 1, AllPlanes, ZPixmap);
+  if (!image) return ~0ul;
+  XColor colour;
+  colour.pixel = XGetPixel(image, 0, 0);
+  XDestroyImage(image);
+  XQueryColor(display_, DefaultColormap(display_, DefaultScreen(display_)), &colour);
+  return (colour.red >> 8) << 16 | (colour.green >> 8) << 8 | colour.blue >> 8;
+}

@@ -42,6 +42,8 @@ class XScreen {
   void type(const std::string& text);
   /// A key by keysym name, with Control held when `control`.
   void key(const char* keysym, bool control = false);
+  /// The colour shown at (x, y) of `window`, as 0xRRGGBB.
+  unsigned long colour_at(Window window, int x, int y);
 
  private:
   void raise_top_level(Window window);
