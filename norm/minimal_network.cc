@@ -1,5 +1,6 @@
 #include <array>
 
+#include "norm/class_refinement.h"
 #include "norm/net_norm.h"
 #include "support/diagnostics.h"
 
@@ -41,43 +42,24 @@ void NormNet::identity_partition() {
 }
 
 // Sweeps over the classes until none splits; classes formed during a sweep
-// are visited by the same sweep.
+// are visited by the same sweep. Everything that differs from the first
+// member of a class leaves it together; later sweeps split the leavers
+// among themselves.
 void NormNet::minimal_network() {
   verbose("start minimal network generation .");
   initial_partition();
+  ClassRefinement classes(*this);
   for (bool changed = true; changed;) {
     changed = false;
-    for (int k = 1; k <= n_classes; ++k) {
-      if (!split_class(k)) continue;
-      ++n_classes;
+    for (int k = classes.next_splittable(0); k; k = classes.next_splittable(k)) {
+      classes.split(k);
       changed = true;
       spin(100);
     }
     if (changed) verbose(".");
   }
+  classes.relink();
   verbose(" done (%d -> %d nodes)\n", n_nodes, n_classes);
-}
-
-// Everything that differs from the first member leaves together; later
-// sweeps split the leavers among themselves.
-bool NormNet::split_class(int k) {
-  Cell* first = class_lists[k - 1];
-  Exp* reference = first->node;
-  Cell* moved = nullptr;
-  Cell* prev = first;
-  for (Cell* cell = first->next; cell; cell = prev->next) {
-    if (equivalent(cell->node, reference, k)) {
-      prev = cell;
-      continue;
-    }
-    prev->next = cell->next;
-    cell->next = moved;
-    moved = cell;
-    cell->node->class_no = n_classes + 1;
-  }
-  if (!moved) return false;
-  class_lists[n_classes] = moved;
-  return true;
 }
 
 bool NormNet::same_shape(Exp* a, Exp* b) {

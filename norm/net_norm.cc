@@ -63,12 +63,6 @@ void NormNet::normalise(int name) {
   held_def[name] = a == true_exp ? xdef[name] : make(IF_n, a, xdef[name], bottom_exp);
 }
 
-Exp* NormNet::held(Exp* x) {
-  Exp* a = activation(clock(x));
-  if (a == true_exp) return net_norm::Ximpl(*this, x);
-  return make(IF_n, a, net_norm::Ximpl(*this, x), bottom_exp);
-}
-
 bool NormNet::enter_walk(int name) {
   if (on_walk_[name]) return true;
   on_walk_[name] = 1;

@@ -25,8 +25,6 @@ class NormNet : public Net {
   void build();
   void normalise_all();
   void normalise(int name);
-  /// The normal form of `x` held on its clock: bottom where it is absent.
-  Exp* held(Exp* x);
   /// The condition that is true exactly when clock `clock` is present.
   Exp* activation(int clock);
   Exp* first_instant(int clock);
@@ -52,7 +50,6 @@ class NormNet : public Net {
   void initial_partition();
   void identity_partition();
   void minimal_network();
-  bool split_class(int k);
   bool equivalent(Exp* a, Exp* b, int k);
   bool same_class(Exp* x, Exp* y, int k);
   bool same_shape(Exp* a, Exp* b);

@@ -11,8 +11,6 @@ struct QvParseContext;
 }
 
 %code {
-#include <algorithm>
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -32,11 +30,6 @@ struct QvParseContext;
 #define YYINITDEPTH 501
 #define YYMAXDEPTH 501
 
-// Operators nested to the left ("a + a + ... + a") take no parser stack,
-// so without a bound an expression could be deeper than the recursive
-// walks of the later stages can follow.
-constexpr int kMaxDepth = 4000;
-
 // One parse in progress: where the actions put what they read.
 struct QvParseContext {
   Net* net;
@@ -44,8 +37,6 @@ struct QvParseContext {
   QvLexer* lexer;
   /// The file as named on the command line, for warnings.
   const char* file;
-  /// Pass key of this parse: each operator node's depth is its mark.
-  int depth_key;
   /// The lists on the parser's stack, freed however the parse ends.
   HeldLists held;
   std::vector<EquationPlace> equations;
@@ -91,20 +82,8 @@ struct QvParseContext {
     return net->int_literal(intern(text));
   }
 
-  Exp* bounded(Exp* e) {
-    std::intptr_t depth = 0;
-    for (const Exp* operand : e->operands) depth = std::max(depth, operand->get_mark(depth_key));
-    if (++depth > kMaxDepth) {
-      std::fprintf(stderr, "QvParse : expression more than %d operators deep at line %d\n",
-                   kMaxDepth, lexer->line());
-      end_process(1);
-    }
-    e->set_mark(depth_key, depth);
-    return e;
-  }
-
   Exp* make_exp(OpKind kind, std::vector<Exp*> operands) {
-    return bounded(net->new_exp(kind, std::move(operands)));
+    return net->new_exp(kind, std::move(operands));
   }
 
   Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(pass(list))); }
@@ -121,7 +100,7 @@ void yyerror(QvParseContext& ctx, const char* message) {
 
 int parse(Net* net, SymbolTable* table, QvLexer& lexer, const char* file,
           std::vector<EquationPlace>* equations = nullptr) {
-  QvParseContext ctx{net, table, &lexer, file, new_pass_key(), {}, {}};
+  QvParseContext ctx{net, table, &lexer, file, {}, {}};
   if (yyparse(ctx) != 0) return 1;
   if (equations) *equations = std::move(ctx.equations);
   return 0;
@@ -352,8 +331,8 @@ expr
   | constant
   | ident { $$ = qvnet::GetIdentInfo(ctx.net, $1); }
   | XNot expr { $$ = ctx.make_exp(NOT_n, {$2}); }
-  | XInt expr { $$ = ctx.bounded(convert(ctx.net, TO_INT, $2)); }
-  | XReal expr { $$ = ctx.bounded(convert(ctx.net, TO_REAL, $2)); }
+  | XInt expr { $$ = convert(ctx.net, TO_INT, $2); }
+  | XReal expr { $$ = convert(ctx.net, TO_REAL, $2); }
   | '-' expr %prec UMINUS { $$ = ctx.make_exp(UMINUS_n, {$2}); }
   | XPre expr { $$ = ctx.make_exp(PRE_n, {$2}); }
   | XCurrent expr { $$ = ctx.make_exp(CURRENT_n, {$2}); }
@@ -385,8 +364,8 @@ expr
   ;
 
 call
-  : ident '(' expr ')' { $$ = ctx.bounded(ctx.net->new_call($1, $3)); }
-  | ident '(' expr_list2 ')' { $$ = ctx.bounded(ctx.net->new_call($1, ctx.make_tuple($3))); }
+  : ident '(' expr ')' { $$ = ctx.net->new_call($1, $3); }
+  | ident '(' expr_list2 ')' { $$ = ctx.net->new_call($1, ctx.make_tuple($3)); }
   ;
 
 expr_list2

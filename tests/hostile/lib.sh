@@ -31,3 +31,16 @@ sim() {
   (cd "$TMP" && DISPLAY= korvel "$1.qv")
   echo "status $?"
 }
+
+# dump MODE NAME: a loading mode whose output is too long to keep whole:
+# its first and last lines, its size and checksum, then the exit status.
+dump() {
+  echo "== $1 $2"
+  (cd "$TMP" && korvel-run "$1" "$2.qv" >"$TMP/$2.out")
+  status=$?
+  head -n 5 "$TMP/$2.out"
+  echo ...
+  tail -n 2 "$TMP/$2.out"
+  echo "bytes $(wc -c <"$TMP/$2.out"), cksum $(cksum <"$TMP/$2.out" | cut -d' ' -f1)"
+  echo "status $status"
+}

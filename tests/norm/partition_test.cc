@@ -114,4 +114,30 @@ TEST(PartitionTest, ClassDumpOfACall) {
             "classe @4 <=> proj_2(@2)\n");
 }
 
+// Members that differ from the first leave their class together, in
+// reverse order, and are numbered as they leave; the numbers and the
+// representative of each class depend on that order. Two chains that merge
+// only at their first sum and a memory over shared sums show it.
+TEST(PartitionTest, ClassesAreNumberedAsTheyLeave) {
+  LoadedNet chains(
+      "node n (a, b : int) returns (y, z, w : int);\n"
+      "let y = a + b + a + b + a; z = b + a + b + a + b;\n"
+      "    w = 0 -> pre (w + a) + (b + a) * (a + b); tel\n");
+  chains.net->build();
+  EXPECT_EQ(chains.classes(),
+            "classe @1 <=>  if (@2) then (0) else (@6)\n"
+            "classe @2 <=> init(true)\n"
+            "classe @3 <=> (a)+(b)\n"
+            "classe @4 <=> (@3)*(@3)\n"
+            "classe @5 <=> last(@8)\n"
+            "classe @6 <=> (@5)+(@4)\n"
+            "classe @7 <=> (@3)+(a)\n"
+            "classe @8 <=> (w)+(a)\n"
+            "classe @9 <=> (@7)+(b)\n"
+            "classe @10 <=> (@12)+(b)\n"
+            "classe @11 <=> (@9)+(a)\n"
+            "classe @12 <=> (@13)+(a)\n"
+            "classe @13 <=> (@3)+(b)\n");
+}
+
 }  // namespace
