@@ -9,6 +9,7 @@
 #include "panel/button_item.h"
 #include "panel/dialog_item.h"
 #include "panel/panel_builder.h"
+#include "panel/window_manager.h"
 #include "support/diagnostics.h"
 
 namespace {
@@ -40,14 +41,17 @@ SimWindow::SimWindow(int argc, char** argv, SimProgram& program) {
   quit_button_ =
       std::make_unique<ButtonItem>("Quit", main_form_, reset_button_.get(), "QUIT", on_quit, this);
   XtRealizeWidget(top_level_);
+  close_through_window_manager(top_level_, on_quit, this);
 
   const char* node_name = program.net->strings->text(program.net->node_name);
   input_panel_ = std::make_unique<InputPanel>(this, top_level_, node_name);
   output_panel_ = std::make_unique<OutputPanel>(top_level_, node_name);
   build_panels(program, *input_panel_, *output_panel_);
   input_panel_->finish();
+  close_through_window_manager(input_panel_->shell(), on_quit, this);
   XtPopup(input_panel_->shell(), XtGrabNone);
   output_panel_->finish();
+  close_through_window_manager(output_panel_->shell(), on_quit, this);
   XtPopup(output_panel_->shell(), XtGrabNone);
 
   cycle_ = std::make_unique<StepCycle>(program, *input_panel_, *output_panel_);

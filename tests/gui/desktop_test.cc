@@ -1,0 +1,183 @@
+// The real korvel on a private X server, as a desktop user meets it: the
+// window manager's close, the keypad, a field that cannot be read, a panel
+// taller than the screen, the application defaults file. Everything goes
+// through real X events (XTest, or a client message as a window manager
+// sends it) and is checked on the windows themselves, pixels included.
+// GoogleTest before the X headers, whose macros (None, Bool) it would trip on.
+#include "tests/common/x_screen.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "tests/gui/child_process.h"
+
+namespace {
+
+constexpr int kTimeoutMs = 30000;
+
+std::string program_path(const char* name) {
+  return std::string(KORVEL_GUI_PROGRAMS) + "/" + name + ".qv";
+}
+
+struct Rect {
+  int x, y, width, height;  // the outside, border included, in root coordinates
+  bool overlaps(const Rect& o) const {
+    return x < o.x + o.width && o.x < x + width && y < o.y + o.height && o.y < y + height;
+  }
+};
+
+/// Sets one environment variable for the korvel runs of a test.
+class ScopedEnv {
+ public:
+  ScopedEnv(const char* name, const std::string& value) : name_(name) {
+    setenv(name, value.c_str(), 1);
+  }
+  ~ScopedEnv() { unsetenv(name_); }
+
+ private:
+  const char* name_;
+};
+
+// One korvel run and its three windows.
+class Korvel {
+ public:
+  Korvel(const std::string& path, const std::string& node)
+      : process_({KORVEL_BINARY, "-v", path}), node_(node) {}
+
+  void open() {
+    ASSERT_TRUE(screen.ok()) << "no X display with XTest";
+    screen.point_off();
+    ASSERT_TRUE(process_.wait_for_output(") returns (", kTimeoutMs)) << process_.err();
+    main = screen.wait_for_window("korvel", kTimeoutMs);
+    inputs = screen.wait_for_window(node_ + "-inputs", kTimeoutMs);
+    outputs = screen.wait_for_window(node_ + "-outputs", kTimeoutMs);
+    ASSERT_TRUE(main && inputs && outputs) << process_.err();
+  }
+
+  /// The items of the input window's Form, top to bottom.
+  std::vector<Window> input_items() { return screen.items(inputs); }
+  /// The text field of input `input` (an int or real dialog).
+  Window field(int input) { return screen.children(input_items().at(1 + input)).at(1); }
+  void click_step() { screen.click(input_items().back()); }
+  /// Replaces the text of a numeric field, without ending it.
+  void type(int input, const std::string& text) {
+    screen.point_at(field(input));
+    screen.key("a", true);
+    screen.key("k", true);
+    screen.type(text);
+  }
+  /// Waits until the trace holds `count` lines.
+  bool wait_lines(size_t count) {
+    for (int i = 0; i < kTimeoutMs / 20; i++) {
+      size_t lines = 0;
+      for (char c : process_.out()) lines += c == '\n';
+      if (lines >= count) return true;
+      process_.wait_for_output("\n\n", 20);  // reads what came, never matches
+    }
+    return false;
+  }
+  int quit() {
+    screen.click(screen.items(main).at(1));
+    return process_.wait_end(kTimeoutMs);
+  }
+  int wait_end() { return process_.wait_end(kTimeoutMs); }
+
+  Rect outside(Window window) {
+    XWindowAttributes a;
+    XGetWindowAttributes(screen.display(), window, &a);
+    int x, y;
+    Window child;
+    XTranslateCoordinates(screen.display(), window, DefaultRootWindow(screen.display()), 0, 0, &x,
+                          &y, &child);
+    return {x - a.border_width, y - a.border_width, a.width + 2 * a.border_width,
+            a.height + 2 * a.border_width};
+  }
+  std::string title(Window window) {
+    char* name = nullptr;
+    std::string result;
+    if (XFetchName(screen.display(), window, &name) && name) result = name;
+    if (name) XFree(name);
+    return result;
+  }
+  unsigned long pixel(Window window, int x, int y) {
+    XSync(screen.display(), False);
+    XImage* image = XGetImage(screen.display(), window, x, y, 1, 1, AllPlanes, ZPixmap);
+    unsigned long result = XGetPixel(image, 0, 0);
+    XDestroyImage(image);
+    return result;
+  }
+  /// Saves a PNG of `window` under $KORVEL_SCREENSHOTS, when it is set.
+  void screenshot(Window window, const std::string& name) {
+    const char* dir = std::getenv("KORVEL_SCREENSHOTS");
+    if (!dir) return;
+    XSync(screen.display(), False);
+    std::string command = "xwd -silent -id " + std::to_string(window) +
+                          " | xwdtopnm 2>/dev/null | pnmtopng > " + dir + "/" + name + ".png";
+    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+  }
+
+  const std::string& trace() const { return process_.out(); }
+  const std::string& errors() const { return process_.err(); }
+
+  XScreen screen;
+  Window main = 0, inputs = 0, outputs = 0;
+
+ private:
+  ChildProcess process_;
+  std::string node_;
+};
+
+const std::string kMixHeader = "#program mix\n#(b, n, x) returns (c, y, seen)\n";
+
+// Why: closing any window from the window manager killed the process with
+// an X error and status 1.
+class WindowManagerClose : public ::testing::TestWithParam<int> {};
+
+TEST_P(WindowManagerClose, EndsTheProcessAsQuitDoes) {
+  Korvel k(program_path("mix"), "mix");
+  ASSERT_NO_FATAL_FAILURE(k.open());
+  const Window windows[] = {k.main, k.inputs, k.outputs};
+  const Window target = windows[GetParam()];
+  Display* display = k.screen.display();
+  const Atom protocols = XInternAtom(display, "WM_PROTOCOLS", False);
+  const Atom delete_window = XInternAtom(display, "WM_DELETE_WINDOW", False);
+
+  // A window manager sends the message only to a window that asks for it.
+  Atom* listed = nullptr;
+  int count = 0;
+  ASSERT_TRUE(XGetWMProtocols(display, target, &listed, &count));
+  std::vector<Atom> atoms(listed, listed + count);
+  XFree(listed);
+  EXPECT_NE(std::find(atoms.begin(), atoms.end(), delete_window), atoms.end());
+
+  XEvent event{};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = target;
+  event.xclient.message_type = protocols;
+  event.xclient.format = 32;
+  event.xclient.data.l[0] = static_cast<long>(delete_window);
+  event.xclient.data.l[1] = CurrentTime;
+  ASSERT_TRUE(XSendEvent(display, target, False, NoEventMask, &event));
+  XSync(display, False);
+  EXPECT_EQ(k.wait_end(), 0);
+  EXPECT_EQ(k.trace(), kMixHeader);
+  EXPECT_EQ(k.errors(), "");
+}
+
+std::string window_name(const ::testing::TestParamInfo<int>& info) {
+  static const char* const kNames[] = {"Main", "Inputs", "Outputs"};
+  return kNames[info.param];
+}
+
+INSTANTIATE_TEST_SUITE_P(Windows, WindowManagerClose, ::testing::Values(0, 1, 2), window_name);
+
+}  // namespace
