@@ -52,8 +52,20 @@ DialogItem::DialogItem(const char* name, Widget parent, FormItem* above, const c
 
   int key = static_cast<int>(dialog_items().size());
   dialog_items().push_back(this);
+  // The field holds one line: the keypad's Enter is Return, the keys that
+  // would insert a line break do nothing, and so do those that pop up the
+  // text widget's search and insert-file dialogs.
   XtOverrideTranslations(value_child_, XtParseTranslationTable(format_text(
-                                           "\t\t<Key>Return: ReturnInDialogItem(%d)\t", key)));
+                                           "\t\t<Key>Return: ReturnInDialogItem(%d)\n"
+                                           "\t\t:<Key>KP_Enter: ReturnInDialogItem(%d)\n"
+                                           "\t\t<Key>Linefeed: no-op()\n"
+                                           "\t\tCtrl<Key>J: no-op()\n"
+                                           "\t\tCtrl<Key>M: no-op()\n"
+                                           "\t\tCtrl<Key>O: no-op()\n"
+                                           "\t\tCtrl<Key>R: no-op()\n"
+                                           "\t\tCtrl<Key>S: no-op()\n"
+                                           "\t\tMeta<Key>I: no-op()\t",
+                                           key, key)));
   XtOverrideTranslations(
       widget, XtParseTranslationTable(format_text("\t\t<Btn1Down>: BtnDownInDialogItem(%d)\n"
                                                   "\t\t<Btn1Up>:   BtnUpInDialogItem(%d)\t",

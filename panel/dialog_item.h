@@ -1,6 +1,7 @@
 // An int, real or text input: an Athena dialog, a label above a text field.
-// A frame shows while the pointer is over the item; Return in the field, or
-// a click on the item outside the field, notifies the item's callback.
+// A frame shows while the pointer is over the item; Return or the keypad's
+// Enter in the field, or a click on the item outside the field, notifies the
+// item's callback. The field never takes a line break.
 #pragma once
 
 #include <string>

@@ -75,6 +75,19 @@ class Korvel {
     screen.key("k", true);
     screen.type(text);
   }
+  /// Presses and releases `keysym` with `modifier` (a modifier's keysym) held.
+  void chord(const char* modifier, const char* keysym) {
+    Display* display = screen.display();
+    KeyCode held = XKeysymToKeycode(display, XStringToKeysym(modifier));
+    KeyCode code = XKeysymToKeycode(display, XStringToKeysym(keysym));
+    XTestFakeKeyEvent(display, held, True, CurrentTime);
+    XTestFakeKeyEvent(display, code, True, CurrentTime);
+    XTestFakeKeyEvent(display, code, False, CurrentTime);
+    XTestFakeKeyEvent(display, held, False, CurrentTime);
+    XSync(display, False);
+  }
+  /// The top-level windows on the screen, mapped or not.
+  size_t top_level_count() { return screen.children(DefaultRootWindow(screen.display())).size(); }
   /// Waits until the trace holds `count` lines.
   bool wait_lines(size_t count) {
     for (int i = 0; i < kTimeoutMs / 20; i++) {
@@ -179,5 +192,31 @@ std::string window_name(const ::testing::TestParamInfo<int>& info) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, WindowManagerClose, ::testing::Values(0, 1, 2), window_name);
+
+// Why: the keypad's Enter inserted a line break in a numeric field instead
+// of acting as Return.
+TEST(Keypad, EnterStepsOnceWithTheTypedValue) {
+  Korvel k(program_path("mix"), "mix");
+  ASSERT_NO_FATAL_FAILURE(k.open());
+  k.type(1, "7");
+  k.screen.key("KP_Enter");
+  ASSERT_TRUE(k.wait_lines(4)) << k.trace();
+  EXPECT_EQ(k.trace(), kMixHeader + "#step 1\nf  7  0.000000  #7  0.000000  f  \n");
+
+  // None of the keys that would break the line does, nor opens a dialog;
+  // what is typed next joins the same line.
+  const size_t windows = k.top_level_count();
+  for (const char* key : {"j", "m", "o", "s", "r"}) k.chord("Control_L", key);
+  k.chord("Meta_L", "i");
+  k.screen.key("Linefeed");
+  k.screen.type("5");
+  k.click_step();
+  ASSERT_TRUE(k.wait_lines(6)) << k.trace();
+  EXPECT_EQ(k.top_level_count(), windows);
+  ASSERT_EQ(k.quit(), 0);
+  EXPECT_EQ(k.trace(), kMixHeader + "#step 1\nf  7  0.000000  #7  0.000000  f  \n" +
+                           "#step 2\nf  75  0.000000  #82  0.000000  f  \n");
+  EXPECT_EQ(k.errors(), "");
+}
 
 }  // namespace
