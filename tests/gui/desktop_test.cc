@@ -132,7 +132,9 @@ class Korvel {
   void screenshot(Window window, const std::string& name) {
     const char* dir = std::getenv("KORVEL_SCREENSHOTS");
     if (!dir) return;
+    XRaiseWindow(screen.display(), window);
     XSync(screen.display(), False);
+    usleep(100000);  // the client redraws what was hidden
     std::string command = "xwd -silent -id " + std::to_string(window) +
                           " | xwdtopnm 2>/dev/null | pnmtopng > " + dir + "/" + name + ".png";
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
@@ -217,6 +219,29 @@ TEST(Keypad, EnterStepsOnceWithTheTypedValue) {
   EXPECT_EQ(k.trace(), kMixHeader + "#step 1\nf  7  0.000000  #7  0.000000  f  \n" +
                            "#step 2\nf  75  0.000000  #82  0.000000  f  \n");
   EXPECT_EQ(k.errors(), "");
+}
+
+// Why: the enumerated item stayed as narrow as its widest choice in a
+// 300-pixel panel.
+TEST(EnumeratedItem, TakesTheWidthOfThePanel) {
+  Korvel k(program_path("gear"), "shift");
+  ASSERT_NO_FATAL_FAILURE(k.open());
+  k.screenshot(k.inputs, "enumerated");
+  const std::vector<Window> items = k.input_items();
+  ASSERT_EQ(items.size(), 4u);  // mode, g (the choice), k, STEP
+  const Rect step = k.outside(items.back());
+  EXPECT_GE(step.width, 300);
+  for (Window item : items) {
+    EXPECT_EQ(k.outside(item).width, step.width);
+    EXPECT_EQ(k.outside(item).x, step.x);
+  }
+  // Its title and choices span it too.
+  const Rect choice = k.outside(items.at(1));
+  for (Window inner : k.screen.children(items.at(1))) {
+    const Rect r = k.outside(inner);
+    EXPECT_GE(r.width, choice.width - 12);
+  }
+  ASSERT_EQ(k.quit(), 0);
 }
 
 }  // namespace
