@@ -95,11 +95,19 @@ const char* DialogItem::get() {
   if (bound_double && !read_real(text, bound_double)) {
     bad = format_text("Bad double value for '%s'", label_.c_str());
   }
+  mark_unreadable(bad != nullptr);
   return bad;
 }
 
 void DialogItem::reset() {
   set_resource(widget, XtNvalue, reinterpret_cast<XtArgVal>(initial_value_));
+  mark_unreadable(false);
+}
+
+void DialogItem::mark_unreadable(bool unreadable) {
+  if (unreadable == unreadable_) return;
+  unreadable_ = unreadable;
+  reverse_colours(value_child_);
 }
 
 void DialogItem::add_actions(XtAppContext app) {

@@ -16,9 +16,10 @@ class DialogItem final : public FormItem {
   /// The dialog's width is that of its children plus its margins.
   Dimension fit_width(Dimension min_width) override;
   /// Reads the field into the bound variable; a number that does not parse
-  /// leaves the variable alone and yields a text naming the label.
+  /// leaves the variable alone and yields a text naming the label, and the
+  /// field shows in reverse video until a read of it succeeds.
   const char* get() override;
-  /// Back to the initial value text.
+  /// Back to the initial value text, unmarked.
   void reset() override;
 
   /// Registers the three actions the items' translations name; once per
@@ -27,6 +28,7 @@ class DialogItem final : public FormItem {
 
   bool entered() const { return entered_; }
   bool pressed() const { return pressed_; }
+  bool marked_unreadable() const { return unreadable_; }
 
   /// The field's text itself; it stays owned by the widget, which frees it
   /// at the next read of the field.
@@ -46,6 +48,7 @@ class DialogItem final : public FormItem {
   void leave(const XCrossingEvent& event);
   void draw_frame();
   void notify();
+  void mark_unreadable(bool unreadable);
 
   std::string label_;
   const char* initial_value_;
@@ -54,6 +57,7 @@ class DialogItem final : public FormItem {
   GC frame_gc_;
   GC erase_gc_;
   bool pressed_ = false;
+  bool unreadable_ = false;
   Widget label_child_;
   Widget value_child_;
   XtCallbackProc callback_;

@@ -79,6 +79,15 @@ void InputPanel::reset() {
   if (was_composing) toggle_mode();
 }
 
+void InputPanel::show_step_number(int number) {
+  if (number == shown_step_number_) return;
+  shown_step_number_ = number;
+  const char* title =
+      number > 0 ? format_text("%s (step %d)", XtName(shell_), number) : XtName(shell_);
+  // The shell copies the title.
+  set_resource(shell_, XtNtitle, reinterpret_cast<XtArgVal>(title));
+}
+
 void InputPanel::on_input_changed(Widget, XtPointer panel, XtPointer) {
   auto* self = static_cast<InputPanel*>(panel);
   if (self->compose_ == 0) self->window_->step();

@@ -40,6 +40,10 @@ class InputPanel final : public StepInputs {
   /// Every input back to its initial value; the mode stays.
   void reset() override;
 
+  /// The window's title: the shell's name, followed by " (step N)" once a
+  /// step was taken.
+  void show_step_number(int number);
+
   Widget shell() const { return shell_; }
   bool composing() const { return compose_ != 0; }
 
@@ -55,4 +59,5 @@ class InputPanel final : public StepInputs {
   ItemStack items_;
   SwitchLabelItem* mode_button_;
   int compose_ = 0;
+  int shown_step_number_ = 0;
 };

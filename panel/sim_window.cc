@@ -61,10 +61,12 @@ SimWindow::SimWindow(int argc, char** argv, SimProgram& program) {
 
 void SimWindow::step() {
   at_callback_boundary([this] { cycle_->step(); });
+  input_panel_->show_step_number(cycle_->step_number());
 }
 
 void SimWindow::reset_run() {
   at_callback_boundary([this] { cycle_->reset_run(); });
+  input_panel_->show_step_number(cycle_->step_number());
 }
 
 void SimWindow::on_reset(Widget, XtPointer window, XtPointer) {

@@ -244,4 +244,52 @@ TEST(EnumeratedItem, TakesTheWidthOfThePanel) {
   ASSERT_EQ(k.quit(), 0);
 }
 
+// Why: a field that did not parse aborted the step with nothing to see
+// unless the trace was on ("O3" looks like "03").
+TEST(UnreadableField, IsMarkedUntilAStepSucceedsAndTheTitleCountsSteps) {
+  Korvel k(program_path("echo"), "echo");
+  ASSERT_NO_FATAL_FAILURE(k.open());
+  const std::string header = "#program echo\n#(n, x) returns (m, y)\n";
+  // A point of the field that no text reaches.
+  auto look = [&](int input) {
+    const Rect r = k.outside(k.field(input));
+    return k.pixel(k.field(input), r.width - 6, r.height / 2);
+  };
+  const unsigned long paper = look(0);
+  ASSERT_EQ(look(1), paper);
+
+  k.type(1, "2.5");
+  k.type(0, "O3");
+  k.click_step();
+  ASSERT_TRUE(k.wait_lines(5)) << k.trace();
+  EXPECT_EQ(k.trace(),
+            header + "#error msg from inputs manager\n#Bad integer value for 'n (int)'\n#aborted\n");
+  k.screen.point_off();
+  k.screenshot(k.inputs, "unreadable");
+  EXPECT_NE(look(0), paper) << "the unreadable field is not marked";
+  EXPECT_EQ(look(1), paper);
+  EXPECT_EQ(k.title(k.inputs), "echo-inputs");
+
+  k.type(0, "3");
+  k.click_step();
+  ASSERT_TRUE(k.wait_lines(7)) << k.trace();
+  k.screen.point_off();
+  k.screenshot(k.inputs, "corrected");
+  EXPECT_EQ(look(0), paper) << "the corrected field is still marked";
+  EXPECT_EQ(k.title(k.inputs), "echo-inputs (step 1)");
+  k.click_step();
+  ASSERT_TRUE(k.wait_lines(9)) << k.trace();
+  EXPECT_EQ(k.title(k.inputs), "echo-inputs (step 2)");
+  k.screen.click(k.screen.items(k.main).at(0));  // reset
+  ASSERT_TRUE(k.wait_lines(10)) << k.trace();
+  EXPECT_EQ(k.title(k.inputs), "echo-inputs");
+  ASSERT_EQ(k.quit(), 0);
+  EXPECT_EQ(k.trace(), header +
+                           "#error msg from inputs manager\n#Bad integer value for 'n (int)'\n"
+                           "#aborted\n"
+                           "#step 1\n3  2.500000  #3  2.500000  \n"
+                           "#step 2\n3  2.500000  #3  2.500000  \n"
+                           "#reset\n");
+}
+
 }  // namespace
