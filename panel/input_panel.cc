@@ -13,6 +13,7 @@
 #include "panel/switch_label_item.h"
 #include "panel/text_buffer.h"
 #include "panel/widget_resources.h"
+#include "panel/window_manager.h"
 
 namespace {
 
@@ -28,6 +29,7 @@ InputPanel::InputPanel(StepTrigger* window, Widget top_level, const char* node_n
     : window_(window) {
   std::string shell_name = std::string(node_name) + "-inputs";
   shell_ = XtCreatePopupShell(shell_name.c_str(), topLevelShellWidgetClass, top_level, nullptr, 0);
+  place_from_resource(shell_, "inputsGeometry");
   form_ = XtCreateManagedWidget("InputsForm", formWidgetClass, shell_, nullptr, 0);
   mode_button_ = items_.push(new SwitchLabelItem("Chmod", form_, nullptr, kAutoStepLabel,
                                                  kComposeLabel, on_mode_pressed, this));

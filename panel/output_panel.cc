@@ -7,6 +7,7 @@
 
 #include "panel/light_item.h"
 #include "panel/value_item.h"
+#include "panel/window_manager.h"
 
 namespace {
 
@@ -19,6 +20,7 @@ constexpr Dimension kMinWidth = 300;
 OutputPanel::OutputPanel(Widget top_level, const char* node_name) {
   std::string shell_name = std::string(node_name) + "-outputs";
   shell_ = XtCreatePopupShell(shell_name.c_str(), topLevelShellWidgetClass, top_level, nullptr, 0);
+  place_from_resource(shell_, "outputsGeometry");
   form_ = XtCreateManagedWidget("OutputsForm", formWidgetClass, shell_, nullptr, 0);
 }
 

@@ -1,5 +1,7 @@
 #include "panel/window_manager.h"
 
+#include <X11/Shell.h>
+#include <X11/StringDefs.h>
 #include <X11/Xatom.h>
 
 namespace {
@@ -15,8 +17,7 @@ void on_client_message(Widget shell, XtPointer request, XEvent* event, Boolean*)
   if (event->type != ClientMessage) return;
   Display* display = XtDisplay(shell);
   const XClientMessageEvent& message = event->xclient;
-  if (message.message_type != XInternAtom(display, "WM_PROTOCOLS", False) ||
-      message.format != 32 ||
+  if (message.message_type != XInternAtom(display, "WM_PROTOCOLS", False) || message.format != 32 ||
       static_cast<Atom>(message.data.l[0]) != XInternAtom(display, "WM_DELETE_WINDOW", False)) {
     return;
   }
@@ -33,4 +34,21 @@ void close_through_window_manager(Widget shell, XtCallbackProc on_close, XtPoint
   if (!XtIsRealized(shell)) XtRealizeWidget(shell);
   Atom delete_window = XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False);
   XSetWMProtocols(XtDisplay(shell), XtWindow(shell), &delete_window, 1);
+}
+
+void place_from_resource(Widget shell, const char* name) {
+  String own = nullptr;
+  XtVaGetValues(shell, XtNgeometry, &own, nullptr);
+  if (own) return;
+  String geometry = nullptr;
+  XtResource resource = {const_cast<char*>(name),
+                         const_cast<char*>("Geometry"),
+                         XtRString,
+                         sizeof(String),
+                         0,
+                         XtRString,
+                         nullptr};
+  // The text stays in the resource database for the whole run.
+  XtGetApplicationResources(XtParent(shell), &geometry, &resource, 1, nullptr, 0);
+  if (geometry) XtVaSetValues(shell, XtNgeometry, geometry, nullptr);
 }

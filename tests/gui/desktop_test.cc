@@ -4,8 +4,6 @@
 // through real X events (XTest, or a client message as a window manager
 // sends it) and is checked on the windows themselves, pixels included.
 // GoogleTest before the X headers, whose macros (None, Bool) it would trip on.
-#include "tests/common/x_screen.h"
-
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
@@ -18,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/common/x_screen.h"
 #include "tests/gui/child_process.h"
 
 namespace {
@@ -39,12 +38,22 @@ struct Rect {
 class ScopedEnv {
  public:
   ScopedEnv(const char* name, const std::string& value) : name_(name) {
+    if (const char* old = std::getenv(name)) old_ = old;
+    had_ = std::getenv(name) != nullptr;
     setenv(name, value.c_str(), 1);
   }
-  ~ScopedEnv() { unsetenv(name_); }
+  ~ScopedEnv() {
+    if (had_) {
+      setenv(name_, old_.c_str(), 1);
+    } else {
+      unsetenv(name_);
+    }
+  }
 
  private:
   const char* name_;
+  std::string old_;
+  bool had_ = false;
 };
 
 // One korvel run and its three windows.
@@ -262,8 +271,9 @@ TEST(UnreadableField, IsMarkedUntilAStepSucceedsAndTheTitleCountsSteps) {
   k.type(0, "O3");
   k.click_step();
   ASSERT_TRUE(k.wait_lines(5)) << k.trace();
-  EXPECT_EQ(k.trace(),
-            header + "#error msg from inputs manager\n#Bad integer value for 'n (int)'\n#aborted\n");
+  EXPECT_EQ(
+      k.trace(),
+      header + "#error msg from inputs manager\n#Bad integer value for 'n (int)'\n#aborted\n");
   k.screen.point_off();
   k.screenshot(k.inputs, "unreadable");
   EXPECT_NE(look(0), paper) << "the unreadable field is not marked";
@@ -290,6 +300,61 @@ TEST(UnreadableField, IsMarkedUntilAStepSucceedsAndTheTitleCountsSteps) {
                            "#step 1\n3  2.500000  #3  2.500000  \n"
                            "#step 2\n3  2.500000  #3  2.500000  \n"
                            "#reset\n");
+}
+
+// Why: the three windows opened at one place, the main window hidden under
+// the input window. The application defaults file sets them side by side.
+TEST(ApplicationDefaults, PlaceTheWindowsSideBySide) {
+  ScopedEnv path("XFILESEARCHPATH", std::string(KORVEL_APP_DEFAULTS_DIR) + "/%N");
+  Korvel k(program_path("mix"), "mix");
+  ASSERT_NO_FATAL_FAILURE(k.open());
+  const Rect main = k.outside(k.main), inputs = k.outside(k.inputs), outputs = k.outside(k.outputs);
+  EXPECT_FALSE(main.overlaps(inputs));
+  EXPECT_FALSE(main.overlaps(outputs));
+  EXPECT_FALSE(inputs.overlaps(outputs));
+  // All of each on the screen.
+  Screen* screen = DefaultScreenOfDisplay(k.screen.display());
+  for (const Rect& r : {main, inputs, outputs}) {
+    EXPECT_GE(r.x, 0);
+    EXPECT_GE(r.y, 0);
+    EXPECT_LE(r.x + r.width, WidthOfScreen(screen));
+    EXPECT_LE(r.y + r.height, HeightOfScreen(screen));
+  }
+  // Every window is where a click reaches it: nothing covers its items.
+  k.click_step();
+  ASSERT_EQ(k.quit(), 0);
+  EXPECT_EQ(k.trace(), kMixHeader + "#step 1\nf  0  0.000000  #0  0.000000  f  \n");
+}
+
+// A program's own geometry resource comes before the file's.
+TEST(ApplicationDefaults, GiveWayToAProgramsOwnGeometry) {
+  ScopedEnv path("XFILESEARCHPATH", std::string(KORVEL_APP_DEFAULTS_DIR) + "/%N");
+  char file[] = "/tmp/korvel-resources-XXXXXX";
+  const int fd = mkstemp(file);
+  ASSERT_GE(fd, 0);
+  close(fd);
+  std::ofstream(file) << "Korvel*mix-outputs.geometry: +500+300\n";
+  ScopedEnv own("XENVIRONMENT", file);
+  Korvel k(program_path("mix"), "mix");
+  ASSERT_NO_FATAL_FAILURE(k.open());
+  EXPECT_EQ(k.outside(k.outputs).x, 500);
+  EXPECT_EQ(k.outside(k.outputs).y, 300);
+  EXPECT_EQ(k.outside(k.inputs).x, 64);
+  ASSERT_EQ(k.quit(), 0);
+  std::remove(file);
+}
+
+// Without the file korvel gives no resources: the windows open where the
+// toolkit puts them, all at the top left corner.
+TEST(ApplicationDefaults, WithoutTheFileTheWindowsOpenAtTheCorner) {
+  ScopedEnv path("XFILESEARCHPATH", "/nonexistent/%N");
+  Korvel k(program_path("mix"), "mix");
+  ASSERT_NO_FATAL_FAILURE(k.open());
+  for (Window w : {k.main, k.inputs, k.outputs}) {
+    EXPECT_EQ(k.outside(w).x, 0);
+    EXPECT_EQ(k.outside(w).y, 0);
+  }
+  ASSERT_EQ(k.quit(), 0);
 }
 
 }  // namespace
