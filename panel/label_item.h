@@ -6,5 +6,6 @@
 class LabelItem final : public FormItem {
  public:
   /// Without `keep_border` the border is painted over, so only the text shows.
-  LabelItem(const char* name, Widget parent, FormItem* above, const char* label, bool keep_border);
+  LabelItem(const char* name, Widget parent, FormItem* above, const char* label,
+            bool keep_border);
 };

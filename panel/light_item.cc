@@ -17,13 +17,9 @@ int LightItem::show() {
   return 0;
 }
 
-void LightItem::reset() {
-  light(false);
-}
+void LightItem::reset() { light(false); }
 
-bool LightItem::lit() const {
-  return get_resource<Pixel>(widget, XtNbackground) != background_;
-}
+bool LightItem::lit() const { return get_resource<Pixel>(widget, XtNbackground) != background_; }
 
 void LightItem::light(bool on) {
   Arg args[2];

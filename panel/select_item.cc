@@ -36,8 +36,8 @@ SelectItem::SelectItem(const char* name, Widget parent, FormItem* above, const c
   entries_.reserve(choice_count);
   for (int i = 0; i < choice_count; i++) entries_.push_back({i, choices[i], this});
   for (Entry& entry : entries_) {
-    auto* button =
-        new SwitchButtonItem("SelectItemButton", widget, inner_tail, entry.text, on_choice, &entry);
+    auto* button = new SwitchButtonItem("SelectItemButton", widget, inner_tail, entry.text,
+                                        on_choice, &entry);
     button->switch_mode();
     buttons_.push_back(button);
     inner_tail = button;
@@ -51,8 +51,8 @@ Dimension SelectItem::fit_width(Dimension min_width) {
   XtVaGetValues(widget, XtNchildren, &children, XtNnumChildren, &count, nullptr);
   int natural = get_resource<Dimension>(widget, XtNwidth);
   for (Cardinal i = 0; i < count; i++) {
-    natural = std::max(
-        natural, get_resource<Dimension>(children[i], XtNwidth) + margin_of(widget, children[i]));
+    natural = std::max(natural, get_resource<Dimension>(children[i], XtNwidth) +
+                                    margin_of(widget, children[i]));
   }
   Dimension result = std::max(static_cast<Dimension>(std::min(natural, 0xffff)), min_width);
   if (above) result = above->fit_width(result);

@@ -12,8 +12,9 @@ class SelectItem final : public FormItem {
  public:
   /// The choice texts are kept, not copied: `get` hands out these very
   /// pointers, so equal choices compare equal as pointers.
-  SelectItem(const char* name, Widget parent, FormItem* above, const char* label, int choice_count,
-             const char* const* choices, XtCallbackProc callback, XtPointer client_data);
+  SelectItem(const char* name, Widget parent, FormItem* above, const char* label,
+             int choice_count, const char* const* choices, XtCallbackProc callback,
+             XtPointer client_data);
 
   /// The title and every button take the width of the item, which is that
   /// of the widest of them plus the Form's margins, or more.

@@ -24,9 +24,7 @@ int ValueItem::show() {
   return 0;
 }
 
-void ValueItem::reset() {
-  set_label(format_text("%s : %s", title_, initial_text_));
-}
+void ValueItem::reset() { set_label(format_text("%s : %s", title_, initial_text_)); }
 
 void ValueItem::set_label(const char* text) {
   // The label widget copies the text, so the shared buffer is free again.
