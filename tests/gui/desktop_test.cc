@@ -3,7 +3,10 @@
 // taller than the screen, the application defaults file. Everything goes
 // through real X events (XTest, or a client message as a window manager
 // sends it) and is checked on the windows themselves, pixels included.
+
 // GoogleTest before the X headers, whose macros (None, Bool) it would trip on.
+#include "tests/common/x_screen.h"
+// (the line keeps the order)
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
@@ -16,7 +19,6 @@
 #include <string>
 #include <vector>
 
-#include "tests/common/x_screen.h"
 #include "tests/gui/child_process.h"
 
 namespace {
