@@ -14,8 +14,8 @@
 
 namespace {
 
-// An item's key in its translations is its position here; items are never
-// destroyed, so a key stays valid for the whole run.
+// An item's key in its translations is its position here; a destroyed item
+// leaves a null in its place, so a key never names another item.
 std::vector<DialogItem*>& dialog_items() {
   static std::vector<DialogItem*> items;
   return items;
@@ -51,6 +51,7 @@ DialogItem::DialogItem(const char* name, Widget parent, FormItem* above, const c
   XtAddEventHandler(widget, EnterWindowMask | LeaveWindowMask, False, on_crossing, this);
 
   int key = static_cast<int>(dialog_items().size());
+  key_ = key;
   dialog_items().push_back(this);
   // The field holds one line: the keypad's Enter is Return, the keys that
   // would insert a line break do nothing, and so do those that pop up the
@@ -71,6 +72,8 @@ DialogItem::DialogItem(const char* name, Widget parent, FormItem* above, const c
                                                   "\t\t<Btn1Up>:   BtnUpInDialogItem(%d)\t",
                                                   key, key)));
 }
+
+DialogItem::~DialogItem() { dialog_items()[key_] = nullptr; }
 
 Dimension DialogItem::fit_width(Dimension min_width) {
   int margin = 2 * (get_resource<int>(widget, XtNdefaultDistance) +

@@ -13,6 +13,9 @@ class DialogItem final : public FormItem {
   DialogItem(const char* name, Widget parent, FormItem* above, const char* label,
              const char* initial_value, XtCallbackProc callback, XtPointer client_data);
 
+  /// Its key no longer names it.
+  ~DialogItem() override;
+
   /// The dialog's width is that of its children plus its margins.
   Dimension fit_width(Dimension min_width) override;
   /// Reads the field into the bound variable; a number that does not parse
@@ -51,6 +54,7 @@ class DialogItem final : public FormItem {
   void mark_unreadable(bool unreadable);
 
   std::string label_;
+  int key_;
   const char* initial_value_;
   bool entered_ = false;
   static constexpr int kFrameThickness = 2;

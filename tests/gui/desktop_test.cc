@@ -359,4 +359,73 @@ TEST(ApplicationDefaults, WithoutTheFileTheWindowsOpenAtTheCorner) {
   ASSERT_EQ(k.quit(), 0);
 }
 
+// Why: with many inputs the input window was taller than the screen, and
+// STEP out of reach. Such a panel scrolls.
+TEST(TallPanel, ScrollsUntilStepCanBeClicked) {
+  char path[] = "/tmp/korvel-tall-XXXXXX.qv";
+  const int fd = mkstemps(path, 3);
+  ASSERT_GE(fd, 0);
+  close(fd);
+  {
+    std::ofstream text(path);
+    text << "node tall (";
+    for (int i = 0; i < 60; i++) text << (i ? "; " : "") << "i" << i << " : int";
+    text << ")\nreturns (s : int);\nlet\n  s = i0";
+    for (int i = 1; i < 60; i++) text << " + i" << i;
+    text << ";\ntel\n";
+  }
+  Korvel k(path, "tall");
+  ASSERT_NO_FATAL_FAILURE(k.open());
+  Display* display = k.screen.display();
+  Screen* screen = DefaultScreenOfDisplay(display);
+  const Rect window = k.outside(k.inputs);
+  EXPECT_LE(window.y + window.height, HeightOfScreen(screen));
+
+  // The shell holds the viewport, which holds the clip window (and in it
+  // the Form) and the scroll bar.
+  const std::vector<Window> parts = k.screen.children(k.screen.children(k.inputs).at(0));
+  ASSERT_EQ(parts.size(), 2u);
+  const bool bar_first = k.outside(parts[0]).width < k.outside(parts[1]).width;
+  const Window bar = parts[bar_first ? 0 : 1], clip = parts[bar_first ? 1 : 0];
+  const std::vector<Window> items = k.screen.children(k.screen.children(clip).at(0));
+  ASSERT_EQ(items.size(), 62u);  // mode, 60 inputs, STEP
+  const Window step = items.back();
+  EXPECT_GT(k.outside(step).y, HeightOfScreen(screen)) << "STEP is on the screen already";
+  // Every item keeps the panel's width.
+  for (Window item : items) EXPECT_EQ(k.outside(item).width, k.outside(step).width);
+
+  // The middle button drags the scroll bar's thumb to the pointer: at the
+  // bottom of the bar, the end of the panel shows.
+  const Rect r = k.outside(bar);
+  XTestFakeMotionEvent(display, -1, r.x + r.width / 2, r.y + r.height - 2, CurrentTime);
+  XTestFakeButtonEvent(display, 2, True, CurrentTime);
+  XTestFakeButtonEvent(display, 2, False, CurrentTime);
+  XSync(display, False);
+  Rect shown{};
+  for (int i = 0; i < 100; i++) {
+    shown = k.outside(step);
+    if (shown.y + shown.height <= HeightOfScreen(screen)) break;
+    usleep(20000);
+  }
+  k.screenshot(k.inputs, "tall");
+  ASSERT_LE(shown.y + shown.height, window.y + window.height) << "STEP is still out of reach";
+  ASSERT_GE(shown.y, window.y);
+  k.screen.click(step);
+  ASSERT_TRUE(k.wait_lines(4)) << k.trace();
+  ASSERT_EQ(k.quit(), 0);
+  EXPECT_NE(k.trace().find("#step 1\n"), std::string::npos) << k.trace();
+  EXPECT_EQ(k.errors(), "");
+  std::remove(path);
+}
+
+// A panel that fits keeps its Form directly in its shell: the widget tree
+// is the specification's.
+TEST(TallPanel, APanelThatFitsHasNoViewport) {
+  Korvel k(program_path("mix"), "mix");
+  ASSERT_NO_FATAL_FAILURE(k.open());
+  EXPECT_EQ(k.screen.items(k.inputs).size(), 5u);
+  EXPECT_EQ(k.screen.items(k.outputs).size(), 3u);
+  ASSERT_EQ(k.quit(), 0);
+}
+
 }  // namespace
