@@ -226,7 +226,7 @@ TEST(Keypad, EnterStepsOnceWithTheTypedValue) {
   k.click_step();
   ASSERT_TRUE(k.wait_lines(6)) << k.trace();
   EXPECT_EQ(k.top_level_count(), windows);
-  ASSERT_EQ(k.quit(), 0);
+  ASSERT_EQ(k.quit(), 0) << k.errors();
   EXPECT_EQ(k.trace(), kMixHeader + "#step 1\nf  7  0.000000  #7  0.000000  f  \n" +
                            "#step 2\nf  75  0.000000  #82  0.000000  f  \n");
   EXPECT_EQ(k.errors(), "");
@@ -252,7 +252,7 @@ TEST(EnumeratedItem, TakesTheWidthOfThePanel) {
     const Rect r = k.outside(inner);
     EXPECT_GE(r.width, choice.width - 12);
   }
-  ASSERT_EQ(k.quit(), 0);
+  ASSERT_EQ(k.quit(), 0) << k.errors();
 }
 
 // Why: a field that did not parse aborted the step with nothing to see
@@ -295,7 +295,7 @@ TEST(UnreadableField, IsMarkedUntilAStepSucceedsAndTheTitleCountsSteps) {
   k.screen.click(k.screen.items(k.main).at(0));  // reset
   ASSERT_TRUE(k.wait_lines(10)) << k.trace();
   EXPECT_EQ(k.title(k.inputs), "echo-inputs");
-  ASSERT_EQ(k.quit(), 0);
+  ASSERT_EQ(k.quit(), 0) << k.errors();
   EXPECT_EQ(k.trace(), header +
                            "#error msg from inputs manager\n#Bad integer value for 'n (int)'\n"
                            "#aborted\n"
@@ -324,7 +324,7 @@ TEST(ApplicationDefaults, PlaceTheWindowsSideBySide) {
   }
   // Every window is where a click reaches it: nothing covers its items.
   k.click_step();
-  ASSERT_EQ(k.quit(), 0);
+  ASSERT_EQ(k.quit(), 0) << k.errors();
   EXPECT_EQ(k.trace(), kMixHeader + "#step 1\nf  0  0.000000  #0  0.000000  f  \n");
 }
 
@@ -342,7 +342,7 @@ TEST(ApplicationDefaults, GiveWayToAProgramsOwnGeometry) {
   EXPECT_EQ(k.outside(k.outputs).x, 500);
   EXPECT_EQ(k.outside(k.outputs).y, 300);
   EXPECT_EQ(k.outside(k.inputs).x, 64);
-  ASSERT_EQ(k.quit(), 0);
+  ASSERT_EQ(k.quit(), 0) << k.errors();
   std::remove(file);
 }
 
@@ -356,7 +356,7 @@ TEST(ApplicationDefaults, WithoutTheFileTheWindowsOpenAtTheCorner) {
     EXPECT_EQ(k.outside(w).x, 0);
     EXPECT_EQ(k.outside(w).y, 0);
   }
-  ASSERT_EQ(k.quit(), 0);
+  ASSERT_EQ(k.quit(), 0) << k.errors();
 }
 
 // Why: with many inputs the input window was taller than the screen, and
@@ -412,7 +412,7 @@ TEST(TallPanel, ScrollsUntilStepCanBeClicked) {
   ASSERT_GE(shown.y, window.y);
   k.screen.click(step);
   ASSERT_TRUE(k.wait_lines(4)) << k.trace();
-  ASSERT_EQ(k.quit(), 0);
+  ASSERT_EQ(k.quit(), 0) << k.errors();
   EXPECT_NE(k.trace().find("#step 1\n"), std::string::npos) << k.trace();
   EXPECT_EQ(k.errors(), "");
   std::remove(path);
@@ -425,7 +425,7 @@ TEST(TallPanel, APanelThatFitsHasNoViewport) {
   ASSERT_NO_FATAL_FAILURE(k.open());
   EXPECT_EQ(k.screen.items(k.inputs).size(), 5u);
   EXPECT_EQ(k.screen.items(k.outputs).size(), 3u);
-  ASSERT_EQ(k.quit(), 0);
+  ASSERT_EQ(k.quit(), 0) << k.errors();
 }
 
 }  // namespace
