@@ -93,9 +93,9 @@ ChronoWindow::ChronoWindow(Widget top_level, const char* node_name, SimProgram& 
 
   Display* display = XtDisplay(canvas_);
   const Colormap map = DefaultColormap(display, DefaultScreen(display));
-  auto colour = [&](const char* spec, unsigned long fallback) {
+  auto colour = [&](const char* name, unsigned long fallback) {
     XColor exact, shown;
-    return XAllocNamedColor(display, map, spec, &shown, &exact) ? shown.pixel : fallback;
+    return XAllocNamedColor(display, map, name, &shown, &exact) ? shown.pixel : fallback;
   };
   Colours& c = *colours_;
   c.white = WhitePixel(display, DefaultScreen(display));

@@ -25,6 +25,8 @@ class ChronoWindow final : public HistoryListener {
   ChronoWindow& operator=(const ChronoWindow&) = delete;
   ~ChronoWindow() override;
 
+  Widget shell() const { return shell_; }
+
   void appended(const RunHistory&, size_t) override { follow(); }
   void reset_seen(const RunHistory&) override { follow(); }
 

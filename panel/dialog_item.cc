@@ -14,11 +14,50 @@
 
 namespace {
 
-// An item's key in its translations is its position here; items are never
-// destroyed, so a key stays valid for the whole run.
-std::vector<DialogItem*>& dialog_items() {
-  static std::vector<DialogItem*> items;
+// An item's key in its translations is its position here. A destroyed
+// item leaves a null in its place, which the next item made takes, with
+// the translations parsed for that key: the toolkit never frees a parsed
+// table, so each is parsed once and kept here.
+struct KeySlot {
+  DialogItem* item;
+  XtTranslations field_keys;
+  XtTranslations clicks;
+};
+
+std::vector<KeySlot>& dialog_items() {
+  static std::vector<KeySlot> items;
   return items;
+}
+
+int take_key(DialogItem* item) {
+  std::vector<KeySlot>& slots = dialog_items();
+  for (size_t key = 0; key < slots.size(); key++) {
+    if (!slots[key].item) {
+      slots[key].item = item;
+      return static_cast<int>(key);
+    }
+  }
+  int key = static_cast<int>(slots.size());
+  // The field holds one line: the keypad's Enter is Return, the keys that
+  // would insert a line break do nothing, and so do those that pop up the
+  // text widget's search and insert-file dialogs.
+  XtTranslations field_keys = XtParseTranslationTable(format_text(
+      "\t\t<Key>Return: ReturnInDialogItem(%d)\n"
+      "\t\t:<Key>KP_Enter: ReturnInDialogItem(%d)\n"
+      "\t\t<Key>Linefeed: no-op()\n"
+      "\t\tCtrl<Key>J: no-op()\n"
+      "\t\tCtrl<Key>M: no-op()\n"
+      "\t\tCtrl<Key>O: no-op()\n"
+      "\t\tCtrl<Key>R: no-op()\n"
+      "\t\tCtrl<Key>S: no-op()\n"
+      "\t\tMeta<Key>I: no-op()\t",
+      key, key));
+  XtTranslations clicks =
+      XtParseTranslationTable(format_text("\t\t<Btn1Down>: BtnDownInDialogItem(%d)\n"
+                                          "\t\t<Btn1Up>:   BtnUpInDialogItem(%d)\t",
+                                          key, key));
+  slots.push_back({item, field_keys, clicks});
+  return key;
 }
 
 GC make_gc(Widget widget, Pixel foreground, Pixel background, int line_width) {
@@ -50,15 +89,12 @@ DialogItem::DialogItem(const char* name, Widget parent, FormItem* above, const c
   erase_gc_ = make_gc(widget, paper, ink, kFrameThickness);
   XtAddEventHandler(widget, EnterWindowMask | LeaveWindowMask, False, on_crossing, this);
 
-  int key = static_cast<int>(dialog_items().size());
-  dialog_items().push_back(this);
-  XtOverrideTranslations(value_child_, XtParseTranslationTable(format_text(
-                                           "\t\t<Key>Return: ReturnInDialogItem(%d)\t", key)));
-  XtOverrideTranslations(
-      widget, XtParseTranslationTable(format_text("\t\t<Btn1Down>: BtnDownInDialogItem(%d)\n"
-                                                  "\t\t<Btn1Up>:   BtnUpInDialogItem(%d)\t",
-                                                  key, key)));
+  key_ = take_key(this);
+  XtOverrideTranslations(value_child_, dialog_items()[key_].field_keys);
+  XtOverrideTranslations(widget, dialog_items()[key_].clicks);
 }
+
+DialogItem::~DialogItem() { dialog_items()[key_].item = nullptr; }
 
 Dimension DialogItem::fit_width(Dimension min_width) {
   int margin = 2 * (get_resource<int>(widget, XtNdefaultDistance) +
@@ -83,11 +119,19 @@ const char* DialogItem::get() {
   if (bound_double && !read_real(text, bound_double)) {
     bad = format_text("Bad double value for '%s'", label_.c_str());
   }
+  mark_unreadable(bad != nullptr);
   return bad;
 }
 
 void DialogItem::reset() {
   set_resource(widget, XtNvalue, reinterpret_cast<XtArgVal>(initial_value_));
+  mark_unreadable(false);
+}
+
+void DialogItem::mark_unreadable(bool unreadable) {
+  if (unreadable == unreadable_) return;
+  unreadable_ = unreadable;
+  reverse_colours(value_child_);
 }
 
 void DialogItem::add_actions(XtAppContext app) {
@@ -103,7 +147,7 @@ DialogItem* DialogItem::from_key(String* params, Cardinal* count) {
   int key;
   if (*count != 1 || std::sscanf(params[0], "%d", &key) != 1) return nullptr;
   if (key < 0 || static_cast<size_t>(key) >= dialog_items().size()) return nullptr;
-  return dialog_items()[key];
+  return dialog_items()[key].item;
 }
 
 void DialogItem::return_action(Widget, XEvent*, String* params, Cardinal* count) {

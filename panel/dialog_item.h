@@ -1,6 +1,7 @@
 // An int, real or text input: an Athena dialog, a label above a text field.
-// A frame shows while the pointer is over the item; Return in the field, or
-// a click on the item outside the field, notifies the item's callback.
+// A frame shows while the pointer is over the item; Return or the keypad's
+// Enter in the field, or a click on the item outside the field, notifies the
+// item's callback. The field never takes a line break.
 #pragma once
 
 #include <string>
@@ -12,12 +13,16 @@ class DialogItem final : public FormItem {
   DialogItem(const char* name, Widget parent, FormItem* above, const char* label,
              const char* initial_value, XtCallbackProc callback, XtPointer client_data);
 
+  /// Its key no longer names it.
+  ~DialogItem() override;
+
   /// The dialog's width is that of its children plus its margins.
   Dimension fit_width(Dimension min_width) override;
   /// Reads the field into the bound variable; a number that does not parse
-  /// leaves the variable alone and yields a text naming the label.
+  /// leaves the variable alone and yields a text naming the label, and the
+  /// field shows in reverse video until a read of it succeeds.
   const char* get() override;
-  /// Back to the initial value text.
+  /// Back to the initial value text, unmarked.
   void reset() override;
 
   /// Registers the three actions the items' translations name; once per
@@ -26,6 +31,7 @@ class DialogItem final : public FormItem {
 
   bool entered() const { return entered_; }
   bool pressed() const { return pressed_; }
+  bool marked_unreadable() const { return unreadable_; }
 
   /// The field's text itself; it stays owned by the widget, which frees it
   /// at the next read of the field.
@@ -45,14 +51,17 @@ class DialogItem final : public FormItem {
   void leave(const XCrossingEvent& event);
   void draw_frame();
   void notify();
+  void mark_unreadable(bool unreadable);
 
   std::string label_;
+  int key_;
   const char* initial_value_;
   bool entered_ = false;
   static constexpr int kFrameThickness = 2;
   GC frame_gc_;
   GC erase_gc_;
   bool pressed_ = false;
+  bool unreadable_ = false;
   Widget label_child_;
   Widget value_child_;
   XtCallbackProc callback_;

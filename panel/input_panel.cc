@@ -5,14 +5,17 @@
 #include <X11/Xaw/Form.h>
 
 #include <string>
+#include <utility>
 
 #include "panel/button_item.h"
 #include "panel/dialog_item.h"
 #include "panel/select_item.h"
+#include "panel/scrolling.h"
 #include "panel/switch_button_item.h"
 #include "panel/switch_label_item.h"
 #include "panel/text_buffer.h"
 #include "panel/widget_resources.h"
+#include "panel/window_manager.h"
 
 namespace {
 
@@ -28,43 +31,71 @@ InputPanel::InputPanel(StepTrigger* window, Widget top_level, const char* node_n
     : window_(window) {
   std::string shell_name = std::string(node_name) + "-inputs";
   shell_ = XtCreatePopupShell(shell_name.c_str(), topLevelShellWidgetClass, top_level, nullptr, 0);
-  form_ = XtCreateManagedWidget("InputsForm", formWidgetClass, shell_, nullptr, 0);
+  place_from_resource(shell_, "inputsGeometry");
+  make_form(shell_);
+}
+
+void InputPanel::make_form(Widget parent) {
+  form_ = XtCreateManagedWidget("InputsForm", formWidgetClass, parent, nullptr, 0);
   mode_button_ = items_.push(new SwitchLabelItem("Chmod", form_, nullptr, kAutoStepLabel,
                                                  kComposeLabel, on_mode_pressed, this));
   hide_border(mode_button_->widget);
 }
 
+void InputPanel::add(std::function<void()> make_item) {
+  make_item();
+  item_makers_.push_back(std::move(make_item));
+}
+
 void InputPanel::add_bool(const char* name, EvalValue* value) {
-  auto* item = items_.push(
-      new SwitchButtonItem("BoolItem", form_, items_.tail(), name, on_input_changed, this));
-  item->bound_int = &value->i;
+  add([this, name, value] {
+    auto* item = items_.push(
+        new SwitchButtonItem("BoolItem", form_, items_.tail(), name, on_input_changed, this));
+    item->bound_int = &value->i;
+  });
 }
 
 void InputPanel::add_int(const char* name, EvalValue* value) {
-  auto* item = items_.push(new DialogItem(
-      "IntItem", form_, items_.tail(), format_text("%s (int)", name), "0", on_input_changed, this));
-  item->bound_int = &value->i;
+  add([this, name, value] {
+    auto* item = items_.push(new DialogItem("IntItem", form_, items_.tail(),
+                                            format_text("%s (int)", name), "0", on_input_changed,
+                                            this));
+    item->bound_int = &value->i;
+  });
 }
 
 void InputPanel::add_real(const char* name, EvalValue* value) {
-  auto* item =
-      items_.push(new DialogItem("FloatItem", form_, items_.tail(),
-                                 format_text("%s (double)", name), "0.0", on_input_changed, this));
-  item->bound_double = &value->d;
+  add([this, name, value] {
+    auto* item = items_.push(new DialogItem("FloatItem", form_, items_.tail(),
+                                            format_text("%s (double)", name), "0.0",
+                                            on_input_changed, this));
+    item->bound_double = &value->d;
+  });
 }
 
 void InputPanel::add_enum(const char* name, int count, const char* const* choices,
                           EvalValue* value) {
-  auto* item = items_.push(new SelectItem("EnumItem", form_, items_.tail(), name, count, choices,
-                                          on_input_changed, this));
-  item->bound_text = &value->s;
+  add([this, name, count, choices, value] {
+    auto* item = items_.push(new SelectItem("EnumItem", form_, items_.tail(), name, count,
+                                            choices, on_input_changed, this));
+    item->bound_text = &value->s;
+  });
 }
 
 void InputPanel::finish() {
-  auto* step_button =
-      items_.push(new ButtonItem("Step", form_, items_.tail(), "STEP", on_step_pressed, this));
-  hide_border(step_button->widget);
-  items_.tail()->fit_width(kMinWidth);
+  add([this] {
+    auto* step_button =
+        items_.push(new ButtonItem("Step", form_, items_.tail(), "STEP", on_step_pressed, this));
+    hide_border(step_button->widget);
+    items_.tail()->fit_width(kMinWidth);
+  });
+  if (!taller_than_screen(form_)) return;
+  // The same items once more, inside a viewport.
+  const Extent extent = laid_out_extent(form_);
+  XtDestroyWidget(form_);
+  items_.clear();
+  make_form(make_viewport(shell_, extent));
+  for (const auto& make_item : item_makers_) make_item();
 }
 
 const char* InputPanel::check() {
@@ -77,6 +108,15 @@ void InputPanel::reset() {
   if (was_composing) toggle_mode();
   reset_all(items_.tail());
   if (was_composing) toggle_mode();
+}
+
+void InputPanel::show_step_number(int number) {
+  if (number == shown_step_number_) return;
+  shown_step_number_ = number;
+  const char* title =
+      number > 0 ? format_text("%s (step %d)", XtName(shell_), number) : XtName(shell_);
+  // The shell copies the title.
+  set_resource(shell_, XtNtitle, reinterpret_cast<XtArgVal>(title));
 }
 
 void InputPanel::on_input_changed(Widget, XtPointer panel, XtPointer) {

@@ -5,6 +5,9 @@
 
 #include <X11/Intrinsic.h>
 
+#include <functional>
+#include <vector>
+
 #include "engine/eval_value.h"
 #include "engine/step_io.h"
 #include "panel/item_stack.h"
@@ -34,11 +37,16 @@ class InputPanel final : public StepInputs {
   void add_real(const char* name, EvalValue* value);
   void add_enum(const char* name, int count, const char* const* choices, EvalValue* value);
   /// Adds STEP and gives every item one width of at least 300 pixels.
+  /// A panel taller than the screen is made again inside a viewport.
   void finish();
 
   const char* check() override;
   /// Every input back to its initial value; the mode stays.
   void reset() override;
+
+  /// The window's title: the shell's name, followed by " (step N)" once a
+  /// step was taken.
+  void show_step_number(int number);
 
   Widget shell() const { return shell_; }
   bool composing() const { return compose_ != 0; }
@@ -48,11 +56,17 @@ class InputPanel final : public StepInputs {
   static void on_mode_pressed(Widget, XtPointer panel, XtPointer);
   static void on_step_pressed(Widget, XtPointer panel, XtPointer);
   void toggle_mode();
+  /// The Form and its mode button, under `parent`.
+  void make_form(Widget parent);
+  /// Makes an item now, and again if the panel is made again.
+  void add(std::function<void()> make_item);
 
   StepTrigger* window_;
   Widget shell_;
   Widget form_;
   ItemStack items_;
+  std::vector<std::function<void()>> item_makers_;
   SwitchLabelItem* mode_button_;
   int compose_ = 0;
+  int shown_step_number_ = 0;
 };

@@ -15,6 +15,8 @@ class ItemStack {
     items_.emplace_back(item);
     return item;
   }
+  /// Frees every item (their widgets are the toolkit's).
+  void clear() { items_.clear(); }
   /// The last item pushed; null while the stack is empty.
   FormItem* tail() const { return items_.empty() ? nullptr : items_.back().get(); }
 

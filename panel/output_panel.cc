@@ -4,9 +4,12 @@
 #include <X11/Xaw/Form.h>
 
 #include <string>
+#include <utility>
 
 #include "panel/light_item.h"
+#include "panel/scrolling.h"
 #include "panel/value_item.h"
+#include "panel/window_manager.h"
 
 namespace {
 
@@ -19,31 +22,55 @@ constexpr Dimension kMinWidth = 300;
 OutputPanel::OutputPanel(Widget top_level, const char* node_name) {
   std::string shell_name = std::string(node_name) + "-outputs";
   shell_ = XtCreatePopupShell(shell_name.c_str(), topLevelShellWidgetClass, top_level, nullptr, 0);
+  place_from_resource(shell_, "outputsGeometry");
   form_ = XtCreateManagedWidget("OutputsForm", formWidgetClass, shell_, nullptr, 0);
 }
 
+void OutputPanel::add(std::function<void()> make_item) {
+  make_item();
+  item_makers_.push_back(std::move(make_item));
+}
+
 void OutputPanel::add_bool(const char* name, const EvalValue* value) {
-  auto* item = items_.push(new LightItem("BoolItem", form_, items_.tail(), name));
-  item->bound_value = &value->i;
+  add([this, name, value] {
+    auto* item = items_.push(new LightItem("BoolItem", form_, items_.tail(), name));
+    item->bound_value = &value->i;
+  });
 }
 
 void OutputPanel::add_int(const char* name, const EvalValue* value) {
-  auto* item = items_.push(new ValueItem("IntItem", form_, items_.tail(), name, kNoValue));
-  item->bound_int = &value->i;
+  add([this, name, value] {
+    auto* item = items_.push(new ValueItem("IntItem", form_, items_.tail(), name, kNoValue));
+    item->bound_int = &value->i;
+  });
 }
 
 void OutputPanel::add_real(const char* name, const EvalValue* value) {
-  auto* item = items_.push(new ValueItem("FloatItem", form_, items_.tail(), name, kNoValue));
-  item->bound_double = &value->d;
+  add([this, name, value] {
+    auto* item = items_.push(new ValueItem("FloatItem", form_, items_.tail(), name, kNoValue));
+    item->bound_double = &value->d;
+  });
 }
 
 void OutputPanel::add_enum(const char* name, const EvalValue* value) {
-  auto* item = items_.push(new ValueItem("EnumItem", form_, items_.tail(), name, kNoValue));
-  item->bound_text = &value->s;
+  add([this, name, value] {
+    auto* item = items_.push(new ValueItem("EnumItem", form_, items_.tail(), name, kNoValue));
+    item->bound_text = &value->s;
+  });
 }
 
 void OutputPanel::finish() {
-  if (items_.tail()) items_.tail()->fit_width(kMinWidth);
+  if (!items_.tail()) return;
+  items_.tail()->fit_width(kMinWidth);
+  if (!taller_than_screen(form_)) return;
+  // The same items once more, inside a viewport.
+  const Extent extent = laid_out_extent(form_);
+  XtDestroyWidget(form_);
+  items_.clear();
+  form_ = XtCreateManagedWidget("OutputsForm", formWidgetClass, make_viewport(shell_, extent),
+                                nullptr, 0);
+  for (const auto& make_item : item_makers_) make_item();
+  items_.tail()->fit_width(kMinWidth);
 }
 
 void OutputPanel::update() {

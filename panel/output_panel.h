@@ -3,6 +3,9 @@
 
 #include <X11/Intrinsic.h>
 
+#include <functional>
+#include <vector>
+
 #include "engine/eval_value.h"
 #include "engine/step_io.h"
 #include "panel/item_stack.h"
@@ -18,7 +21,8 @@ class OutputPanel final : public StepOutputs {
   void add_int(const char* name, const EvalValue* value);
   void add_real(const char* name, const EvalValue* value);
   void add_enum(const char* name, const EvalValue* value);
-  /// Gives every item one width of at least 300 pixels.
+  /// Gives every item one width of at least 300 pixels. A panel taller
+  /// than the screen is made again inside a viewport.
   void finish();
 
   void update() override;
@@ -29,5 +33,9 @@ class OutputPanel final : public StepOutputs {
  private:
   Widget shell_;
   Widget form_;
+  /// Makes an item now, and again if the panel is made again.
+  void add(std::function<void()> make_item);
+
   ItemStack items_;
+  std::vector<std::function<void()>> item_makers_;
 };

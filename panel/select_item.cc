@@ -1,9 +1,26 @@
 #include "panel/select_item.h"
 
+#include <X11/StringDefs.h>
 #include <X11/Xaw/Form.h>
+
+#include <algorithm>
 
 #include "panel/label_item.h"
 #include "panel/switch_button_item.h"
+#include "panel/widget_resources.h"
+
+namespace {
+
+// What the inner Form adds around a child's width: the child's distance
+// from the left side, its border on both sides and the Form's own margin
+// on the right.
+int margin_of(Widget form, Widget child) {
+  return get_resource<int>(child, XtNhorizDistance) +
+         2 * get_resource<Dimension>(child, XtNborderWidth) +
+         get_resource<int>(form, XtNdefaultDistance);
+}
+
+}  // namespace
 
 SelectItem::SelectItem(const char* name, Widget parent, FormItem* above, const char* label,
                        int choice_count, const char* const* choices, XtCallbackProc callback,
@@ -26,6 +43,26 @@ SelectItem::SelectItem(const char* name, Widget parent, FormItem* above, const c
     inner_tail = button;
   }
   if (choice_count > 0) buttons_[0]->reverse();
+}
+
+Dimension SelectItem::fit_width(Dimension min_width) {
+  WidgetList children = nullptr;
+  Cardinal count = 0;
+  XtVaGetValues(widget, XtNchildren, &children, XtNnumChildren, &count, nullptr);
+  int natural = get_resource<Dimension>(widget, XtNwidth);
+  for (Cardinal i = 0; i < count; i++) {
+    natural = std::max(natural, get_resource<Dimension>(children[i], XtNwidth) +
+                                    margin_of(widget, children[i]));
+  }
+  Dimension result = std::max(static_cast<Dimension>(std::min(natural, 0xffff)), min_width);
+  if (above) result = above->fit_width(result);
+  // The Form sizes itself after its children when it is realized, and
+  // after their first sizes when its own width is set: only the children's
+  // widths are set, which make the Form's the one returned.
+  for (Cardinal i = 0; i < count; i++) {
+    set_resource(children[i], XtNwidth, std::max(1, result - margin_of(widget, children[i])));
+  }
+  return result;
 }
 
 void SelectItem::on_choice(Widget, XtPointer entry, XtPointer) {

@@ -16,6 +16,9 @@ class SelectItem final : public FormItem {
              int choice_count, const char* const* choices, XtCallbackProc callback,
              XtPointer client_data);
 
+  /// The title and every button take the width of the item, which is that
+  /// of the widest of them plus the Form's margins, or more.
+  Dimension fit_width(Dimension min_width) override;
   /// Writes the chosen text and its index to the bindings that are set.
   const char* get() override;
 

@@ -9,6 +9,7 @@
 #include "panel/button_item.h"
 #include "panel/dialog_item.h"
 #include "panel/panel_builder.h"
+#include "panel/window_manager.h"
 #include "support/diagnostics.h"
 
 namespace {
@@ -40,28 +41,34 @@ SimWindow::SimWindow(int argc, char** argv, SimProgram& program) {
   quit_button_ =
       std::make_unique<ButtonItem>("Quit", main_form_, reset_button_.get(), "QUIT", on_quit, this);
   XtRealizeWidget(top_level_);
+  close_through_window_manager(top_level_, on_quit, this);
 
   const char* node_name = program.net->strings->text(program.net->node_name);
   input_panel_ = std::make_unique<InputPanel>(this, top_level_, node_name);
   output_panel_ = std::make_unique<OutputPanel>(top_level_, node_name);
   build_panels(program, *input_panel_, *output_panel_);
   input_panel_->finish();
+  close_through_window_manager(input_panel_->shell(), on_quit, this);
   XtPopup(input_panel_->shell(), XtGrabNone);
   output_panel_->finish();
+  close_through_window_manager(output_panel_->shell(), on_quit, this);
   XtPopup(output_panel_->shell(), XtGrabNone);
 
   cycle_ = std::make_unique<StepCycle>(program, *input_panel_, *output_panel_);
   cycle_->trace_header();
   chrono_ = ChronoWindow::open_if_wanted(top_level_, node_name, program, *cycle_);
+  if (chrono_) close_through_window_manager(chrono_->shell(), on_quit, this);
   XtAppMainLoop(app_);
 }
 
 void SimWindow::step() {
   at_callback_boundary([this] { cycle_->step(); });
+  input_panel_->show_step_number(cycle_->step_number());
 }
 
 void SimWindow::reset_run() {
   at_callback_boundary([this] { cycle_->reset_run(); });
+  input_panel_->show_step_number(cycle_->step_number());
 }
 
 void SimWindow::on_reset(Widget, XtPointer window, XtPointer) {

@@ -21,6 +21,8 @@ class XScreen {
 
   /// False when there is no display or it lacks XTest.
   bool ok() const { return display_ != nullptr; }
+  /// The test's own connection, for what the methods here do not cover.
+  Display* display() const { return display_; }
   /// The viewable top-level window titled `name`; 0 after the timeout.
   Window wait_for_window(const std::string& name, int timeout_ms);
   /// The children of `window`, top to bottom.
