@@ -1,7 +1,8 @@
 #!/bin/bash
-# Takes PNG pictures of korvel's three windows for the README: runs an
-# example on a private Xvfb server, drives a few steps through the windows
-# so the outputs show values, and saves one picture per window.
+# Takes PNG pictures of korvel's windows for the README: runs an example on
+# a private Xvfb server with the live chronogram turned on, drives a few
+# steps through the windows so the outputs show values, and saves one
+# picture per window.
 #
 #   tools/screenshots.sh [OUT_DIR]      (default: docs/screenshots)
 #
@@ -23,9 +24,11 @@ for tool in xdotool xwininfo xwd xwdtopnm pnmtopng; do
 done
 mkdir -p "$out"
 trace=$(mktemp)
-"$korvel" -v "$example" >"$trace" &
+resources=$(mktemp)
+echo 'Korvel.chronogram: true' >"$resources"
+XENVIRONMENT=$resources "$korvel" -v "$example" >"$trace" &
 pid=$!
-trap 'kill "$pid" 2>/dev/null; rm -f "$trace"' EXIT
+trap 'kill "$pid" 2>/dev/null; rm -f "$trace" "$resources"' EXIT
 
 # Waits until the trace has at least $1 lines.
 wait_trace() {
@@ -65,8 +68,10 @@ wait_trace 2
 main=$(window korvel)
 inputs=$(window counter-inputs)
 outputs=$(window counter-outputs)
+chrono=$(window counter-chrono)
 # No window manager: place the windows side by side ourselves.
-xdotool windowmove "$inputs" 0 0 windowmove "$outputs" 340 0 windowmove "$main" 680 0
+xdotool windowmove "$inputs" 0 0 windowmove "$outputs" 340 0 windowmove "$main" 680 0 \
+  windowmove "$chrono" 0 420
 
 mapfile -t rows < <(items "$inputs")
 # Rows: mode button, tick, reset, limit, STEP. The limit field is the lower
@@ -81,7 +86,7 @@ wait_trace 10
 # Out of the way, so no button shows the pointer's highlight.
 xdotool mousemove 1200 1000
 
-for shot in "korvel:$main" "inputs:$inputs" "outputs:$outputs"; do
+for shot in "korvel:$main" "inputs:$inputs" "outputs:$outputs" "chrono:$chrono"; do
   xwd -silent -id "${shot#*:}" | xwdtopnm 2>/dev/null | pnmtopng >"$out/${shot%%:*}.png"
 done
-echo "screenshots: wrote $out/korvel.png, inputs.png, outputs.png"
+echo "screenshots: wrote $out/korvel.png, inputs.png, outputs.png, chrono.png"
