@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "net/net.h"
+#include "net/op_kind.h"
 #include "support/diagnostics.h"
 
 namespace {
@@ -66,6 +67,34 @@ QvType* read_as(Net& net, Exp* e, int i) {
   }
 }
 
+/// The type `e` has of itself, before an equation defining a variable by it
+/// gave it the variable's type; null where it is not known without asking
+/// what would stop the process.
+QvType* own_type(Net& net, Exp* e) {
+  if (e->arity() == 0) {
+    const IdentInfo* info = net.ident_info(e->ident);
+    return info ? info->type : nullptr;
+  }
+  switch (op_type_rule(e->op)) {
+    case TY_BOOL:
+      return net.bool_type;
+    case TY_INT:
+      return net.int_type;
+    case TY_REAL:
+      return net.real_type;
+    case TY_OPERAND0:
+      return known_type(net, e->operand(0));
+    case TY_THEN:
+      return known_type(net, e->operand(1));
+    case TY_RESULT: {
+      const FuncInfo* f = net.func_info(e->param);
+      return f ? f->out_type : nullptr;
+    }
+    default:
+      return nullptr;
+  }
+}
+
 std::string type_text(const Net& net, const QvType* t) {
   return t->is_tuple ? "a tuple" : net.strings->text(t->name);
 }
@@ -122,6 +151,17 @@ struct Checker {
       return;
     }
   }
+
+  /// The equation takes the variable's type whatever its own, and every
+  /// item reading it reads that type.
+  void check_definition() {
+    QvType* have = own_type(net, place->expression);
+    QvType* want = net.ident_info(place->name)->type;
+    if (!have || have == want || have->is_tuple || want->is_tuple) return;
+    source_warning(file, place->line, "equation of '%s' is %s where its declaration says %s",
+                   net.strings->text(place->name), type_text(net, have).c_str(),
+                   type_text(net, want).c_str());
+  }
 };
 
 /// False for an equation a later one for the same name replaced.
@@ -140,6 +180,7 @@ void check_operand_kinds(Net& net, const char* file, const std::vector<EquationP
   for (const EquationPlace& place : equations) {
     checker.place = &place;
     if (!in_use(net, place)) continue;
+    if (place.name && net.ident_info(place.name)->def == place.expression) checker.check_definition();
     stack.push_back(place.expression);
     while (!stack.empty()) {
       Exp* e = stack.back();
