@@ -304,7 +304,7 @@ int build_eval(SimProgram& p) {
   for (int i = 0; i < p.n_outputs; ++i) {
     EvalItem* operands[2];
     if (!build_clocked(p, p.output_nodes[i], operands)) return 1;
-    p.output_items[i] = make_output(p, net.type(p.output_nodes[i]), operands);
+    p.output_items[i] = make_output(p, p.output_type(i), operands);
   }
   p.assert_items.assign(p.n_asserts, nullptr);
   for (int i = 0; i < p.n_asserts; ++i) {

@@ -17,9 +17,8 @@ PortKind port_kind(int value_kind) {
   }
 }
 
-Port describe(Net& net, Exp* node, int name, EvalItem& item) {
+Port describe(Net& net, const QvType* type, int name, EvalItem& item) {
   const SymbolTable& strings = *net.strings;
-  const QvType* type = net.type(node);
   Port port{strings.text(name),
             port_kind(item.value_kind),
             type->name ? strings.text(type->name) : "tuple",
@@ -39,11 +38,11 @@ ProgramInterface describe_interface(SimProgram& program) {
   ProgramInterface described;
   for (int i = 0; i < program.n_inputs; ++i) {
     described.inputs.push_back(
-        describe(net, program.input_nodes[i], program.input_names[i], *program.input_items[i]));
+        describe(net, net.type(program.input_nodes[i]), program.input_names[i], *program.input_items[i]));
   }
   for (int i = 0; i < program.n_outputs; ++i) {
     described.outputs.push_back(
-        describe(net, program.output_nodes[i], program.output_names[i], *program.output_items[i]));
+        describe(net, program.output_type(i), program.output_names[i], *program.output_items[i]));
   }
   return described;
 }

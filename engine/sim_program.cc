@@ -19,6 +19,11 @@ EvalItem* SimProgram::own(EvalItem* item) {
   return item;
 }
 
+QvType* SimProgram::output_type(int i) const {
+  const IdentInfo* info = net->ident_info(output_names[i]);
+  return info && info->type ? info->type : net->type(output_nodes[i]);
+}
+
 void SimProgram::end_step() {
   for (auto m = memories.rbegin(); m != memories.rend(); ++m) (*m)->compute_next(step_counter);
   for (auto m = memories.rbegin(); m != memories.rend(); ++m) (*m)->rewrite();

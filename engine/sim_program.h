@@ -24,6 +24,9 @@ class SimProgram : public PNetInterface {
 
   /// Takes ownership of an item made by the builder.
   EvalItem* own(EvalItem* item);
+  /// The type output `i` is declared with. Its final node may stand for a
+  /// class of nodes of several types, and carries the type of one of them.
+  QvType* output_type(int i) const;
 
   /// Pass key of the build: marks the nodes that have their item.
   int build_key = 0;

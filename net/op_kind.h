@@ -146,7 +146,7 @@ inline constexpr OpInfo kOpTable[] = {
   {SLASH_n,    "SLASH_n",    "/",       AR_BINARY, TY_OPERAND0,  0,   EV_CLASSES,  BY_SELF,   0},
   {TIMES_n,    "TIMES_n",    "*",       AR_BINARY, TY_OPERAND0,  1,   EV_CLASSES,  BY_SELF,   0},
   {POWER_n,    "POWER_n",    "**",      AR_BINARY, TY_OPERAND0,  0,   EV_NONE,     BY_SELF,   0},
-  {IF_n,       "IF_n",       "if",      AR_IF,     TY_THEN,      0,   EV_CLASSES,  BY_SECOND, 1},
+  {IF_n,       "IF_n",       "if",      AR_IF,     TY_THEN,      0,   EV_CLASSES,  BY_SELF,   1},
   {TUPLE_n,    "TUPLE_n",    "",        AR_NARY,   TY_TUPLE,     0,   EV_NONE,     BY_SELF,   0},
   {NOR_n,      "NOR_n",      "nor",     AR_NARY,   TY_BOOL,      0,   EV_CLASSES,  BY_SELF,   0},
   {DIESE_n,    "DIESE_n",    "#",       AR_NARY,   TY_BOOL,      0,   EV_CLASSES,  BY_SELF,   0},
