@@ -153,6 +153,7 @@ int QvLexer::next_token(char* value) {
   for (;;) {
     while (look_ != EOF && std::isspace(look_)) advance();
     if (look_ == EOF) return -1;
+    token_line_ = line_;
     length_ = 0;
     lexeme_[0] = '\0';
     if (std::isdigit(look_)) return number(value);

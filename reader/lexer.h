@@ -23,6 +23,9 @@ class QvLexer {
   int next_token(char* value);
   /// Newlines read so far, plus one.
   int line() const { return line_; }
+  /// The line the last token started on: `line` may already have passed
+  /// the newline after it, reading ahead.
+  int token_line() const { return token_line_; }
 
  private:
   void advance();
@@ -43,6 +46,7 @@ class QvLexer {
   std::string_view text_;
   int look_ = -1;
   int line_ = 1;
+  int token_line_ = 1;
   char lexeme_[kTokenValueSize];
   int length_ = 0;
 };

@@ -52,7 +52,7 @@ struct QvParseContext {
 
   int intern(const char* text) { return table->intern("%s", text); }
 
-  void warn(const char* fmt, const char* name) { source_warning(file, lexer->line(), fmt, name); }
+  void warn(const char* fmt, const char* name) { source_warning(file, lexer->token_line(), fmt, name); }
 
   /// An equation for `name` is about to be read: whatever the name is, the
   /// equation becomes its definition.
@@ -307,16 +307,16 @@ equations
 equation
   : XAssert expr ';' {
       ctx.net->add_assert($2);
-      ctx.equations.push_back({0, $2, ctx.lexer->line()});
+      ctx.equations.push_back({0, $2, ctx.lexer->token_line()});
     }
   | ident '=' expr ';' {
       ctx.defining($1);
       ctx.net->define($1, $3);
-      ctx.equations.push_back({$1, $3, ctx.lexer->line()});
+      ctx.equations.push_back({$1, $3, ctx.lexer->token_line()});
     }
   | '(' ident_list ')' '=' expr ';' {
       ctx.defining($2);
-      ctx.equations.push_back({$2->value, $5, ctx.lexer->line()});
+      ctx.equations.push_back({$2->value, $5, ctx.lexer->token_line()});
       ctx.net->define_tuple(ctx.pass($2), $5);
     }
   ;
