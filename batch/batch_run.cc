@@ -78,7 +78,7 @@ bool is_error_record(std::string_view text) {
 }
 
 bool is_blank(std::string_view text) {
-  return split_words(text).empty();
+  return text.find_first_not_of(" \t\n\r\f\v") == std::string_view::npos;
 }
 
 /// The recorded output values of the step read at `line`: after the '#' of

@@ -23,10 +23,10 @@ size_t written(int n, size_t size) {
   return n < 0 ? 0 : static_cast<size_t>(n) < size ? static_cast<size_t>(n) : size - 1;
 }
 
-/// The value part of a change (without the identifier).
-size_t value_text(const Port& port, const Sample& s, char* buf, size_t size) {
+/// The value part of a change (without the identifier) of a signal of `kind`.
+size_t vcd_value(PortKind kind, const Sample& s, char* buf, size_t size) {
   const bool defined = s.state == SampleState::kDefined;
-  switch (port.kind) {
+  switch (kind) {
     case PortKind::kBool:
       buf[0] = defined ? (s.value.i ? '1' : '0') : *state_letter(s.state);
       return 1;
@@ -137,7 +137,7 @@ void VcdWriter::appended(const RunHistory& history, size_t t) {
   size_t status = first_status_;
   for (size_t i = 0; i < history.signals().size(); ++i) {
     const Signal& s = history.signals()[i];
-    change(vars_[i], buf, value_text(*s.port, samples[i], buf, sizeof buf));
+    change(vars_[i], buf, vcd_value(s.port->kind, samples[i], buf, sizeof buf));
     if (!s.output) continue;
     buf[0] = status_letter(samples[i].state);
     change(vars_[status++], buf, 1);
@@ -147,8 +147,7 @@ void VcdWriter::appended(const RunHistory& history, size_t t) {
   buf[0] = tick.aborted() ? '1' : '0';
   change(vars_[first_mark_ + 1], buf, 1);
   const Sample step{{.i = tick.step}, SampleState::kDefined};
-  const Port number{"step", PortKind::kInt, "int", false, {}, nullptr};
-  change(vars_[first_mark_ + 2], buf, value_text(number, step, buf, sizeof buf));
+  change(vars_[first_mark_ + 2], buf, vcd_value(PortKind::kInt, step, buf, sizeof buf));
 }
 
 void VcdWriter::finish(const RunHistory& history) {

@@ -159,9 +159,6 @@ inline constexpr OpInfo kOpTable[] = {
 
 static_assert(sizeof kOpTable / sizeof kOpTable[0] == N_OPKINDS, "one row per OpKind");
 
-/// The row of a kind.
-inline const OpInfo& op_info(OpKind kind) { return kOpTable[kind]; }
-
 /// Name used in messages ("PLUS_n"); "?" for a number that is no kind.
 const char* op_name(int kind);
 /// Symbol used when printing source ("+"); "" for the kinds printed

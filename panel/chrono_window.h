@@ -47,7 +47,6 @@ class ChronoWindow final : public HistoryListener {
   Widget canvas_;
   Widget scrollbar_;
   GC gc_ = nullptr;
-  Pixmap stipple_ = 0;
   /// The first tick shown.
   size_t first_ = 0;
   struct Colours;

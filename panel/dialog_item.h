@@ -31,7 +31,6 @@ class DialogItem final : public FormItem {
 
   bool entered() const { return entered_; }
   bool pressed() const { return pressed_; }
-  bool marked_unreadable() const { return unreadable_; }
 
   /// The field's text itself; it stays owned by the widget, which frees it
   /// at the next read of the field.

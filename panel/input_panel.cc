@@ -5,7 +5,6 @@
 #include <X11/Xaw/Form.h>
 
 #include <string>
-#include <utility>
 
 #include "panel/button_item.h"
 #include "panel/dialog_item.h"
@@ -32,23 +31,16 @@ InputPanel::InputPanel(StepTrigger* window, Widget top_level, const char* node_n
   std::string shell_name = std::string(node_name) + "-inputs";
   shell_ = XtCreatePopupShell(shell_name.c_str(), topLevelShellWidgetClass, top_level, nullptr, 0);
   place_from_resource(shell_, "inputsGeometry");
-  make_form(shell_);
-}
-
-void InputPanel::make_form(Widget parent) {
-  form_ = XtCreateManagedWidget("InputsForm", formWidgetClass, parent, nullptr, 0);
-  mode_button_ = items_.push(new SwitchLabelItem("Chmod", form_, nullptr, kAutoStepLabel,
-                                                 kComposeLabel, on_mode_pressed, this));
-  hide_border(mode_button_->widget);
-}
-
-void InputPanel::add(std::function<void()> make_item) {
-  make_item();
-  item_makers_.push_back(std::move(make_item));
+  form_ = XtCreateManagedWidget("InputsForm", formWidgetClass, shell_, nullptr, 0);
+  items_.add([this] {
+    mode_button_ = items_.push(new SwitchLabelItem("Chmod", form_, nullptr, kAutoStepLabel,
+                                                   kComposeLabel, on_mode_pressed, this));
+    hide_border(mode_button_->widget);
+  });
 }
 
 void InputPanel::add_bool(const char* name, EvalValue* value) {
-  add([this, name, value] {
+  items_.add([this, name, value] {
     auto* item = items_.push(
         new SwitchButtonItem("BoolItem", form_, items_.tail(), name, on_input_changed, this));
     item->bound_int = &value->i;
@@ -56,7 +48,7 @@ void InputPanel::add_bool(const char* name, EvalValue* value) {
 }
 
 void InputPanel::add_int(const char* name, EvalValue* value) {
-  add([this, name, value] {
+  items_.add([this, name, value] {
     auto* item = items_.push(new DialogItem("IntItem", form_, items_.tail(),
                                             format_text("%s (int)", name), "0", on_input_changed,
                                             this));
@@ -65,7 +57,7 @@ void InputPanel::add_int(const char* name, EvalValue* value) {
 }
 
 void InputPanel::add_real(const char* name, EvalValue* value) {
-  add([this, name, value] {
+  items_.add([this, name, value] {
     auto* item = items_.push(new DialogItem("FloatItem", form_, items_.tail(),
                                             format_text("%s (double)", name), "0.0",
                                             on_input_changed, this));
@@ -75,7 +67,7 @@ void InputPanel::add_real(const char* name, EvalValue* value) {
 
 void InputPanel::add_enum(const char* name, int count, const char* const* choices,
                           EvalValue* value) {
-  add([this, name, count, choices, value] {
+  items_.add([this, name, count, choices, value] {
     auto* item = items_.push(new SelectItem("EnumItem", form_, items_.tail(), name, count,
                                             choices, on_input_changed, this));
     item->bound_text = &value->s;
@@ -83,19 +75,16 @@ void InputPanel::add_enum(const char* name, int count, const char* const* choice
 }
 
 void InputPanel::finish() {
-  add([this] {
+  items_.add([this] {
     auto* step_button =
         items_.push(new ButtonItem("Step", form_, items_.tail(), "STEP", on_step_pressed, this));
     hide_border(step_button->widget);
     items_.tail()->fit_width(kMinWidth);
   });
-  if (!taller_than_screen(form_)) return;
-  // The same items once more, inside a viewport.
-  const Extent extent = laid_out_extent(form_);
-  XtDestroyWidget(form_);
-  items_.clear();
-  make_form(make_viewport(shell_, extent));
-  for (const auto& make_item : item_makers_) make_item();
+  if (Widget viewport = viewport_if_too_tall(shell_, form_)) {
+    form_ = XtCreateManagedWidget("InputsForm", formWidgetClass, viewport, nullptr, 0);
+    items_.remake();
+  }
 }
 
 const char* InputPanel::check() {

@@ -5,8 +5,6 @@
 
 #include <X11/Intrinsic.h>
 
-#include <functional>
-#include <vector>
 
 #include "engine/eval_value.h"
 #include "engine/step_io.h"
@@ -56,16 +54,11 @@ class InputPanel final : public StepInputs {
   static void on_mode_pressed(Widget, XtPointer panel, XtPointer);
   static void on_step_pressed(Widget, XtPointer panel, XtPointer);
   void toggle_mode();
-  /// The Form and its mode button, under `parent`.
-  void make_form(Widget parent);
-  /// Makes an item now, and again if the panel is made again.
-  void add(std::function<void()> make_item);
 
   StepTrigger* window_;
   Widget shell_;
   Widget form_;
   ItemStack items_;
-  std::vector<std::function<void()>> item_makers_;
   SwitchLabelItem* mode_button_;
   int compose_ = 0;
   int shown_step_number_ = 0;

@@ -2,7 +2,9 @@
 // left half-built by a refused program frees what it made.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "panel/form_item.h"
@@ -15,11 +17,21 @@ class ItemStack {
     items_.emplace_back(item);
     return item;
   }
-  /// Frees every item (their widgets are the toolkit's).
-  void clear() { items_.clear(); }
+  /// Runs `make`, which pushes items, and keeps it to make them again.
+  void add(std::function<void()> make) {
+    make();
+    makers_.push_back(std::move(make));
+  }
+  /// Every item made again, in order, once their widgets are gone with
+  /// their form (the widgets themselves are the toolkit's).
+  void remake() {
+    items_.clear();
+    for (const auto& make : makers_) make();
+  }
   /// The last item pushed; null while the stack is empty.
   FormItem* tail() const { return items_.empty() ? nullptr : items_.back().get(); }
 
  private:
   std::vector<std::unique_ptr<FormItem>> items_;
+  std::vector<std::function<void()>> makers_;
 };

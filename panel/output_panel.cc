@@ -4,7 +4,6 @@
 #include <X11/Xaw/Form.h>
 
 #include <string>
-#include <utility>
 
 #include "panel/light_item.h"
 #include "panel/scrolling.h"
@@ -26,34 +25,29 @@ OutputPanel::OutputPanel(Widget top_level, const char* node_name) {
   form_ = XtCreateManagedWidget("OutputsForm", formWidgetClass, shell_, nullptr, 0);
 }
 
-void OutputPanel::add(std::function<void()> make_item) {
-  make_item();
-  item_makers_.push_back(std::move(make_item));
-}
-
 void OutputPanel::add_bool(const char* name, const EvalValue* value) {
-  add([this, name, value] {
+  items_.add([this, name, value] {
     auto* item = items_.push(new LightItem("BoolItem", form_, items_.tail(), name));
     item->bound_value = &value->i;
   });
 }
 
 void OutputPanel::add_int(const char* name, const EvalValue* value) {
-  add([this, name, value] {
+  items_.add([this, name, value] {
     auto* item = items_.push(new ValueItem("IntItem", form_, items_.tail(), name, kNoValue));
     item->bound_int = &value->i;
   });
 }
 
 void OutputPanel::add_real(const char* name, const EvalValue* value) {
-  add([this, name, value] {
+  items_.add([this, name, value] {
     auto* item = items_.push(new ValueItem("FloatItem", form_, items_.tail(), name, kNoValue));
     item->bound_double = &value->d;
   });
 }
 
 void OutputPanel::add_enum(const char* name, const EvalValue* value) {
-  add([this, name, value] {
+  items_.add([this, name, value] {
     auto* item = items_.push(new ValueItem("EnumItem", form_, items_.tail(), name, kNoValue));
     item->bound_text = &value->s;
   });
@@ -62,15 +56,11 @@ void OutputPanel::add_enum(const char* name, const EvalValue* value) {
 void OutputPanel::finish() {
   if (!items_.tail()) return;
   items_.tail()->fit_width(kMinWidth);
-  if (!taller_than_screen(form_)) return;
-  // The same items once more, inside a viewport.
-  const Extent extent = laid_out_extent(form_);
-  XtDestroyWidget(form_);
-  items_.clear();
-  form_ = XtCreateManagedWidget("OutputsForm", formWidgetClass, make_viewport(shell_, extent),
-                                nullptr, 0);
-  for (const auto& make_item : item_makers_) make_item();
-  items_.tail()->fit_width(kMinWidth);
+  if (Widget viewport = viewport_if_too_tall(shell_, form_)) {
+    form_ = XtCreateManagedWidget("OutputsForm", formWidgetClass, viewport, nullptr, 0);
+    items_.remake();
+    items_.tail()->fit_width(kMinWidth);
+  }
 }
 
 void OutputPanel::update() {

@@ -3,8 +3,6 @@
 
 #include <X11/Intrinsic.h>
 
-#include <functional>
-#include <vector>
 
 #include "engine/eval_value.h"
 #include "engine/step_io.h"
@@ -33,9 +31,5 @@ class OutputPanel final : public StepOutputs {
  private:
   Widget shell_;
   Widget form_;
-  /// Makes an item now, and again if the panel is made again.
-  void add(std::function<void()> make_item);
-
   ItemStack items_;
-  std::vector<std::function<void()>> item_makers_;
 };

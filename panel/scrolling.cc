@@ -63,8 +63,11 @@ Extent laid_out_extent(Widget widget) {
           get_resource<Dimension>(widget, XtNheight) + border_of(widget)};
 }
 
-bool taller_than_screen(Widget form) {
-  return laid_out_extent(form).height > HeightOfScreen(XtScreen(form));
+Widget viewport_if_too_tall(Widget shell, Widget form) {
+  const Extent extent = laid_out_extent(form);
+  if (extent.height <= HeightOfScreen(XtScreen(form))) return nullptr;
+  XtDestroyWidget(form);
+  return make_viewport(shell, extent);
 }
 
 Widget make_viewport(Widget shell, Extent form_extent) {

@@ -15,8 +15,10 @@ struct Extent {
 };
 Extent laid_out_extent(Widget widget);
 
-/// True when `form`, laid out, is taller than the screen it is on.
-bool taller_than_screen(Widget form);
+/// Null when `form`, laid out, fits on its screen; otherwise `form` is
+/// destroyed and a viewport made in its place under `shell` (see below), to
+/// hold the same items again.
+Widget viewport_if_too_tall(Widget shell, Widget form);
 
 /// A Viewport named "Viewport" under `shell`, scrolling vertically, as
 /// wide as a form of `form_extent` plus the scroll bar and as high as the

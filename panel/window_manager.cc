@@ -9,19 +9,20 @@ namespace {
 struct CloseRequest {
   XtCallbackProc on_close;
   XtPointer client_data;
+  Atom protocols;
+  Atom delete_window;
 };
 
 // A client message is never selected: the handler is registered for the
 // non-maskable events.
 void on_client_message(Widget shell, XtPointer request, XEvent* event, Boolean*) {
   if (event->type != ClientMessage) return;
-  Display* display = XtDisplay(shell);
+  auto* close = static_cast<CloseRequest*>(request);
   const XClientMessageEvent& message = event->xclient;
-  if (message.message_type != XInternAtom(display, "WM_PROTOCOLS", False) || message.format != 32 ||
-      static_cast<Atom>(message.data.l[0]) != XInternAtom(display, "WM_DELETE_WINDOW", False)) {
+  if (message.message_type != close->protocols || message.format != 32 ||
+      static_cast<Atom>(message.data.l[0]) != close->delete_window) {
     return;
   }
-  auto* close = static_cast<CloseRequest*>(request);
   close->on_close(shell, close->client_data, nullptr);
 }
 
@@ -29,11 +30,13 @@ void on_client_message(Widget shell, XtPointer request, XEvent* event, Boolean*)
 
 void close_through_window_manager(Widget shell, XtCallbackProc on_close, XtPointer client_data) {
   // Kept for the whole run: the shells live until the process ends.
-  auto* request = new CloseRequest{on_close, client_data};
+  Display* display = XtDisplay(shell);
+  auto* request = new CloseRequest{on_close, client_data,
+                                   XInternAtom(display, "WM_PROTOCOLS", False),
+                                   XInternAtom(display, "WM_DELETE_WINDOW", False)};
   XtAddEventHandler(shell, NoEventMask, True, on_client_message, request);
   if (!XtIsRealized(shell)) XtRealizeWidget(shell);
-  Atom delete_window = XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False);
-  XSetWMProtocols(XtDisplay(shell), XtWindow(shell), &delete_window, 1);
+  XSetWMProtocols(display, XtWindow(shell), &request->delete_window, 1);
 }
 
 void place_from_resource(Widget shell, const char* name) {

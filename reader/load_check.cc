@@ -101,7 +101,6 @@ std::string type_text(const Net& net, const QvType* t) {
 
 std::string operator_text(const Net& net, const Exp* e) {
   if (e->op == CALL_n) return net.strings->text(e->param);
-  if (e->op == IF_n) return "if";
   return op_symbol(e->op);
 }
 

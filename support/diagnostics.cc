@@ -72,9 +72,8 @@ void source_warning(const char* file, int line, const char* fmt, ...) {
   fprintf(stderr, "%s:%d: warning: ", file, line);
   va_list args;
   va_start(args, fmt);
-  vfprintf(stderr, fmt, args);
+  message_line(fmt, args);
   va_end(args);
-  fputc('\n', stderr);
   if (strict_loading) end_process(1);
 }
 
