@@ -1,5 +1,8 @@
 #include "history/run_history.h"
 
+#include <cstdio>
+#include <cstring>
+
 namespace {
 
 Sample sample_of(EvalItem& item) {
@@ -48,4 +51,31 @@ void RunHistory::aborted() {
 void RunHistory::was_reset() {
   reset_pending_ = true;
   for (HistoryListener* l : listeners_) l->reset_seen(*this);
+}
+
+bool same_sample(PortKind kind, const Sample& a, const Sample& b) {
+  if (a.state != b.state) return false;
+  if (a.state != SampleState::kDefined) return true;
+  switch (kind) {
+    case PortKind::kReal:
+      return std::memcmp(&a.value.d, &b.value.d, sizeof a.value.d) == 0;
+    case PortKind::kNamed:
+      return a.value.s == b.value.s;
+    default:
+      return a.value.i == b.value.i;
+  }
+}
+
+std::string sample_label(PortKind kind, const Sample& s) {
+  char buf[64];
+  switch (kind) {
+    case PortKind::kReal:
+      std::snprintf(buf, sizeof buf, "%g", s.value.d);
+      return buf;
+    case PortKind::kNamed:
+      return s.value.s ? s.value.s : "nil";
+    default:
+      std::snprintf(buf, sizeof buf, "%d", s.value.i);
+      return buf;
+  }
 }

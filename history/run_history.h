@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "engine/interface.h"
@@ -24,6 +25,12 @@ struct Sample {
   EvalValue value;
   SampleState state;
 };
+
+/// Both drawn as one segment: the same state and, when defined, the same
+/// value of a signal of `kind` (reals compared bit for bit).
+bool same_sample(PortKind kind, const Sample& a, const Sample& b);
+/// A defined value as a segment's label: "%d", "%g" or the constant's name.
+std::string sample_label(PortKind kind, const Sample& s);
 
 /// One column of the history: a step taken, or one the inputs aborted.
 struct Tick {

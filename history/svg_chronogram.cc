@@ -1,7 +1,6 @@
 #include "history/svg_chronogram.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 
 namespace {
@@ -31,33 +30,6 @@ std::string escaped(const char* text) {
     }
   }
   return out;
-}
-
-bool same_value(PortKind kind, const Sample& a, const Sample& b) {
-  if (a.state != b.state) return false;
-  if (a.state != SampleState::kDefined) return true;
-  switch (kind) {
-    case PortKind::kReal:
-      return std::memcmp(&a.value.d, &b.value.d, sizeof a.value.d) == 0;
-    case PortKind::kNamed:
-      return a.value.s == b.value.s;
-    default:
-      return a.value.i == b.value.i;
-  }
-}
-
-std::string bus_text(PortKind kind, const Sample& s) {
-  char buf[64];
-  switch (kind) {
-    case PortKind::kReal:
-      std::snprintf(buf, sizeof buf, "%g", s.value.d);
-      return buf;
-    case PortKind::kNamed:
-      return escaped(s.value.s ? s.value.s : "nil");
-    default:
-      std::snprintf(buf, sizeof buf, "%d", s.value.i);
-      return buf;
-  }
 }
 
 const char* const kPreamble =
@@ -159,7 +131,7 @@ class Drawing {
     for (size_t t = from; t < end;) {
       const Sample& first = h_.samples(t)[i];
       size_t next = t + 1;
-      while (next < end && same_value(s.port->kind, h_.samples(next)[i], first)) ++next;
+      while (next < end && same_sample(s.port->kind, h_.samples(next)[i], first)) ++next;
       segment(y, s.port->kind, first, x_of(t, from), x_of(next, from));
       t = next;
     }
@@ -191,7 +163,7 @@ class Drawing {
     const int mid = (hi + lo) / 2;
     std::fprintf(out_, "<path d=\"M%d %dL%d %dH%dL%d %dL%d %dH%dZ\" class=\"bus\"/>\n", x0, mid,
                  x0 + 3, hi, x1 - 3, x1, mid, x1 - 3, lo, x0 + 3);
-    const std::string text = bus_text(kind, s);
+    const std::string text = escaped(sample_label(kind, s).c_str());
     if (static_cast<double>(text.size()) * kCharWidth <= x1 - x0 - 6) {
       std::fprintf(out_, "<text x=\"%d\" y=\"%d\" text-anchor=\"middle\">%s</text>\n", (x0 + x1) / 2,
                    y + 18, text.c_str());

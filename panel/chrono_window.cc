@@ -36,25 +36,6 @@ XtResource kResources[] = {
      XtOffsetOf(Resources, chronogram), XtRImmediate, reinterpret_cast<XtPointer>(False)},
 };
 
-bool same_value(PortKind kind, const Sample& a, const Sample& b) {
-  if (a.state != b.state) return false;
-  if (a.state != SampleState::kDefined) return true;
-  if (kind == PortKind::kReal) return std::memcmp(&a.value.d, &b.value.d, sizeof a.value.d) == 0;
-  if (kind == PortKind::kNamed) return a.value.s == b.value.s;
-  return a.value.i == b.value.i;
-}
-
-std::string value_label(PortKind kind, const Sample& s) {
-  char buf[64];
-  if (kind == PortKind::kNamed) return s.value.s ? s.value.s : "nil";
-  if (kind == PortKind::kReal) {
-    std::snprintf(buf, sizeof buf, "%g", s.value.d);
-  } else {
-    std::snprintf(buf, sizeof buf, "%d", s.value.i);
-  }
-  return buf;
-}
-
 }  // namespace
 
 struct ChronoWindow::Colours {
@@ -214,7 +195,7 @@ void ChronoWindow::draw_row(int y, size_t signal, size_t from, size_t end) {
   for (size_t t = from; t < end;) {
     const Sample& s = history_.samples(t)[signal];
     size_t next = t + 1;
-    while (next < end && same_value(port.kind, history_.samples(next)[signal], s)) ++next;
+    while (next < end && same_sample(port.kind, history_.samples(next)[signal], s)) ++next;
     const int x0 = kLabelWidth + static_cast<int>(t - from) * kTickWidth;
     const int x1 = kLabelWidth + static_cast<int>(next - from) * kTickWidth;
     const unsigned width = static_cast<unsigned>(x1 - x0), height = static_cast<unsigned>(lo - hi);
@@ -248,7 +229,7 @@ void ChronoWindow::draw_row(int y, size_t signal, size_t from, size_t end) {
     XFillRectangle(display, w, gc_, x0 + 2, hi, width - 4, height);
     XSetForeground(display, gc_, c.bus_line);
     XDrawRectangle(display, w, gc_, x0 + 2, hi, width - 4, height);
-    const std::string text = value_label(port.kind, s);
+    const std::string text = sample_label(port.kind, s);
     // The fixed font is 6 pixels wide.
     if (static_cast<unsigned>(text.size()) * 6 + 8 <= width) {
       XDrawString(display, w, gc_, x0 + 5, y + 16, text.c_str(), static_cast<int>(text.size()));
