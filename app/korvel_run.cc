@@ -31,9 +31,8 @@ int print_net(const char* path) {
 }
 
 // Options of the loading modes and the batch run, set by flags anywhere on
-// the line.
-LoadOptions load;
-bool check = false;
+// the line; the loading modes use its `load` alone.
+BatchOptions options;
 bool strict = false;
 
 struct Flag {
@@ -46,16 +45,13 @@ struct Flag {
 };
 
 const Flag kFlags[] = {
-    {"--no-minimise", &load.minimise, false, "keep one class per node (no minimal network)"},
-    {"--bool-opt", &load.bool_opt, true, "fold true and false out of Boolean operators"},
-    {"--check", &check, true, "batch: INPUTS is a recorded trace whose outputs must recur"},
+    {"--no-minimise", &options.load.minimise, false, "keep one class per node (no minimal network)"},
+    {"--bool-opt", &options.load.bool_opt, true, "fold true and false out of Boolean operators"},
+    {"--check", &options.check, true, "batch: INPUTS is a recorded trace whose outputs must recur"},
     {"--strict", &strict, true, "refuse (status 1) a program that loads with a warning"},
 };
 
 // Options of the batch run that name a file, given as "OPTION FILE".
-const char* vcd = nullptr;
-const char* svg = nullptr;
-
 struct FileFlag {
   const char* option;
   const char** path;
@@ -63,29 +59,29 @@ struct FileFlag {
 };
 
 const FileFlag kFileFlags[] = {
-    {"--vcd", &vcd, "batch: also write the run to FILE as a Value Change Dump"},
-    {"--svg", &svg, "batch: also draw the run in FILE as an SVG chronogram"},
+    {"--vcd", &options.vcd, "batch: also write the run to FILE as a Value Change Dump"},
+    {"--svg", &options.svg, "batch: also draw the run in FILE as an SVG chronogram"},
 };
 
 // The loading modes: the program is loaded as the simulator loads it, and a
 // failure ends the process with the loader's messages and status 1.
 int print_norm(const char* path) {
   SymbolTable table;
-  PNetInterface program(path, &table, load);
+  PNetInterface program(path, &table, options.load);
   program.net->print();
   return 0;
 }
 
 int print_classes(const char* path) {
   SymbolTable table;
-  PNetInterface program(path, &table, load);
+  PNetInterface program(path, &table, options.load);
   program.net->print_classes();
   return 0;
 }
 
 int print_stats(const char* path) {
   SymbolTable table;
-  PNetInterface program(path, &table, load);
+  PNetInterface program(path, &table, options.load);
   const NormNet& net = *program.net;
   std::printf("nodes: %d\nrequests: %d\nclasses: %d\n", net.n_nodes, net.n_requests, net.n_classes);
   return 0;
@@ -144,14 +140,9 @@ int run_tool(int argc, char** argv) {
   if (argc < 2) return usage("no mode given");
   if (argv[1][0] != '-') {
     if (argc > 3) return usage("more than one inputs file given");
-    BatchOptions batch;
-    batch.program = argv[1];
-    batch.inputs = argc == 3 ? argv[2] : nullptr;
-    batch.check = check;
-    batch.vcd = vcd;
-    batch.svg = svg;
-    batch.load = load;
-    return run_batch(batch);
+    options.program = argv[1];
+    options.inputs = argc == 3 ? argv[2] : nullptr;
+    return run_batch(options);
   }
   for (const Mode& m : kModes) {
     if (std::strcmp(argv[1], m.option) != 0) continue;
