@@ -1,10 +1,13 @@
 // korvel-run: the headless developer tool. One mode per invocation, on one
 // qv file; every mode is a row of kModes.
+#include <charconv>
+#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <string>
 
 #include "batch/batch_run.h"
+#include "batch/run_stats.h"
 #include "net/net.h"
 #include "reader/lexer.h"
 #include "reader/parser.h"
@@ -82,8 +85,7 @@ int print_classes(const char* path) {
 int print_stats(const char* path) {
   SymbolTable table;
   PNetInterface program(path, &table, options.load);
-  const NormNet& net = *program.net;
-  std::printf("nodes: %d\nrequests: %d\nclasses: %d\n", net.n_nodes, net.n_requests, net.n_classes);
+  print_net_counts(*program.net);
   return 0;
 }
 
@@ -112,7 +114,41 @@ int usage(const char* problem) {
   for (const FileFlag& f : kFileFlags) {
     std::fprintf(stderr, "  %-14s %s\n", (std::string(f.option) + " FILE").c_str(), f.help);
   }
+  std::fprintf(stderr,
+               "  %-14s batch: run N steps, every input at its initial value (false, 0, 0.0,\n"
+               "  %-14s the first constant of its type), without INPUTS and without a trace;\n"
+               "  %-14s with --stats, then write the counts, the time of each load phase,\n"
+               "  %-14s the steps per second and the peak memory\n",
+               "--steps N", "", "", "");
   return 1;
+}
+
+// The N of "--steps N": a number of steps a run can count.
+bool read_steps(const char* text, int* steps) {
+  const char* end = text + std::strlen(text);
+  unsigned value = 0;
+  const auto [stop, problem] = std::from_chars(text, end, value);
+  if (problem != std::errc() || stop != end || end == text || value > INT_MAX) return false;
+  *steps = static_cast<int>(value);
+  return true;
+}
+
+// A run of --steps takes the program alone, and --stats as a flag.
+int run_steps(int argc, char** argv) {
+  int kept = 1;
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--stats") == 0) {
+      options.stats = true;
+    } else {
+      argv[kept++] = argv[i];
+    }
+  }
+  if (kept < 2) return usage("no qv file given");
+  if (argv[1][0] == '-') return usage("--steps runs a program; it takes no mode but --stats");
+  if (kept > 2) return usage("--steps reads no INPUTS file");
+  if (options.check) return usage("--check needs an INPUTS file, which --steps does not read");
+  options.program = argv[1];
+  return run_batch(options);
 }
 
 int run_tool(int argc, char** argv) {
@@ -131,12 +167,19 @@ int run_tool(int argc, char** argv) {
     } else if (file_flag) {
       if (++i == argc) return usage((std::string(file_flag->option) + " needs a FILE").c_str());
       *file_flag->path = argv[i];
+    } else if (std::strcmp(argv[i], "--steps") == 0) {
+      if (++i == argc) return usage("--steps needs a number of steps");
+      if (!read_steps(argv[i], &options.steps)) {
+        return usage(("--steps needs a number of steps from 0 to 2147483647, not '" +
+                      std::string(argv[i]) + "'").c_str());
+      }
     } else {
       argv[kept++] = argv[i];
     }
   }
   argc = kept;
   set_strict_loading(strict);
+  if (options.steps >= 0) return run_steps(argc, argv);
   if (argc < 2) return usage("no mode given");
   if (argv[1][0] != '-') {
     if (argc > 3) return usage("more than one inputs file given");

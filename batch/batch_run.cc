@@ -1,5 +1,6 @@
 #include "batch/batch_run.h"
 
+#include <chrono>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
@@ -9,6 +10,9 @@
 
 #include "batch/batch_diagrams.h"
 #include "batch/batch_inputs.h"
+#include "batch/initial_inputs.h"
+#include "batch/load_progress.h"
+#include "batch/run_stats.h"
 #include "engine/step_cycle.h"
 
 namespace {
@@ -97,6 +101,24 @@ bool recorded_outputs(const std::vector<std::string>& lines, size_t line,
   return true;
 }
 
+int run_steps(const BatchOptions& options) {
+  SymbolTable table;
+  LoadProgress progress;
+  SimProgram program(options.program, &table, options.load);
+  progress.done();
+  InitialInputs inputs(program);
+  TraceOnly shown;
+  StepCycle cycle(program, inputs, shown);
+  BatchDiagrams diagrams(options.vcd, options.svg);
+  if (!diagrams.start(program, cycle)) return 1;
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < options.steps; ++i) cycle.step();
+  const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
+  if (!diagrams.finish()) return 1;
+  if (options.stats) print_run_stats(*program.net, options.steps, spent.count());
+  return 0;
+}
+
 }  // namespace
 
 int run_batch(const BatchOptions& options) {
@@ -106,13 +128,16 @@ int run_batch(const BatchOptions& options) {
     fprintf(stderr, "Can't open file '%s'\n", options.program);
     return 1;
   }
+  if (options.steps >= 0) return run_steps(options);
   std::vector<std::string> lines;
   if (!read_lines(options.inputs, &lines)) {
     fprintf(stderr, "korvel-run: can't open inputs '%s'\n", options.inputs);
     return 1;
   }
   SymbolTable table;
+  LoadProgress progress;
   SimProgram program(options.program, &table, options.load);
+  progress.done();
   BatchInputs inputs(program);
   TraceOnly shown;
   RecordedOutputs recorded(program);

@@ -1,6 +1,7 @@
 // The batch simulator: a program run one step per line of input values,
 // writing the trace the interactive simulator writes with -v, or checking
-// a recorded trace against a new run.
+// a recorded trace against a new run; or run a number of steps with its
+// inputs at their initial values, writing no trace, to time it.
 #pragma once
 
 #include "norm/load_options.h"
@@ -14,6 +15,12 @@ struct BatchOptions {
   /// Timing diagrams of the run, when not null.
   const char* vcd = nullptr;
   const char* svg = nullptr;
+  /// Steps to run with every input at its initial value and no trace;
+  /// negative reads the steps from `inputs`.
+  int steps = -1;
+  /// After those steps, print the time of each load phase and of the
+  /// steps, and the peak memory.
+  bool stats = false;
   LoadOptions load;
 };
 

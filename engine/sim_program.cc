@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "support/diagnostics.h"
+#include "support/phase_clock.h"
 
 SimProgram::SimProgram(const char* path, SymbolTable* table, const LoadOptions& options)
     : PNetInterface(path, table, options) {
@@ -11,7 +12,9 @@ SimProgram::SimProgram(const char* path, SymbolTable* table, const LoadOptions& 
     std::fprintf(stderr, "No node to simulate in '%s'\n", path);
     end_process(1);
   }
+  begin_phase("build");
   if (build_eval(*this) != 0) end_process(1);
+  end_phase();
 }
 
 EvalItem* SimProgram::own(EvalItem* item) {

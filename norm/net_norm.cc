@@ -1,11 +1,13 @@
 #include "norm/net_norm.h"
 
 #include "support/diagnostics.h"
+#include "support/phase_clock.h"
 
 NormNet::NormNet(SymbolTable* strings, const LoadOptions& options)
     : Net(strings), mode(options.minimise ? 0 : 3), bool_opt(options.bool_opt) {}
 
 void NormNet::build() {
+  begin_phase("normalise");
   verbose("start normalisation ... ");
   normalise_all();
   check_references(outputs);
@@ -13,6 +15,7 @@ void NormNet::build() {
   verbose("done\n");
   if (bool_opt) verbose("Bool optimization : %d -> %d nodes\n", n_requests, n_nodes);
   if (mode < 0 || mode > 3) error("unknown option");
+  begin_phase("minimise");
   if (mode == 3) {
     identity_partition();
   } else {

@@ -5,6 +5,7 @@
 
 #include "reader/parser.h"
 #include "support/diagnostics.h"
+#include "support/phase_clock.h"
 
 PNetInterface::Record::~Record() {
   delete output_positions;
@@ -21,6 +22,7 @@ PNetInterface::~PNetInterface() = default;
 int PNetInterface::build(const char* path, SymbolTable* table, const LoadOptions& options) {
   net = std::make_unique<NormNet>(table, options);
   std::vector<EquationPlace> equations;
+  begin_phase("parse");
   if (QvParse(net.get(), table, path, &equations) != 0) {
     std::fprintf(stderr, "syntax errors...\n");
     return 1;
@@ -55,6 +57,7 @@ int PNetInterface::build(const char* path, SymbolTable* table, const LoadOptions
     if (e->arity() == 0) continue;
     add_local(e, name);
   }
+  end_phase();
   return 0;
 }
 
