@@ -22,7 +22,7 @@ PNetInterface::~PNetInterface() = default;
 int PNetInterface::build(const char* path, SymbolTable* table, const LoadOptions& options) {
   net = std::make_unique<NormNet>(table, options);
   std::vector<EquationPlace> equations;
-  begin_phase("parse");
+  begin_first_phase("parse");
   if (QvParse(net.get(), table, path, &equations) != 0) {
     std::fprintf(stderr, "syntax errors...\n");
     return 1;

@@ -21,6 +21,12 @@ void close_current() {
 
 }  // namespace
 
+void begin_first_phase(const char* name) {
+  ended.clear();
+  current = nullptr;
+  begin_phase(name);
+}
+
 void begin_phase(const char* name) {
   close_current();
   current = name;
@@ -35,10 +41,5 @@ void end_phase() {
 }
 
 const std::vector<PhaseTime>& phase_times() { return ended; }
-
-void clear_phases() {
-  ended.clear();
-  current = nullptr;
-}
 
 void watch_phases(std::function<void(const char*)> w) { watcher = std::move(w); }

@@ -12,15 +12,16 @@ struct PhaseTime {
   double seconds;
 };
 
+/// Forgets the phases recorded so far and starts `name`: the first phase
+/// of a load, so a process that loads many programs keeps only the last.
+void begin_first_phase(const char* name);
 /// Ends the phase under way, if any, and starts `name`, a text that lives
 /// as long as the process (it is not copied).
 void begin_phase(const char* name);
 /// Ends the phase under way, if any.
 void end_phase();
-/// The phases ended since the process started or the last `clear_phases`,
-/// in order; a phase run twice has two entries.
+/// The phases ended since the last `begin_first_phase`, in order.
 const std::vector<PhaseTime>& phase_times();
-void clear_phases();
 
 /// Told of each phase as it begins, and with null when a phase ends with
 /// no other beginning; an empty function watches nothing.
