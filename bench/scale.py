@@ -102,7 +102,7 @@ def default_runs(n):
 
 
 def seconds(x):
-    return f"{x:9.3f}"
+    return f"{x:10.3f}"
 
 
 def micro(x):
@@ -126,8 +126,8 @@ def measure(args, korvel, baseline, shape, n, program):
           f"{peak / n:9.0f}", flush=True)
 
 
-HEADER = (f"{'shape':9} {'N':>8} {'runs':>4} " + "".join(f"{p:>9}" for p in PHASES) +
-          f"{'load':>9}{'step us':>11}{'compiled':>11}{'ratio':>8}{'B/eq':>9}")
+HEADER = (f"{'shape':9} {'N':>8} {'runs':>4} " + "".join(f"{p:>10}" for p in PHASES) +
+          f"{'load':>10}{'step us':>11}{'compiled':>11}{'ratio':>8}{'B/eq':>9}")
 
 
 def main():
