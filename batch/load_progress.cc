@@ -11,6 +11,15 @@
 
 LoadProgress::LoadProgress() : on_terminal_(isatty(2)) {
   if (!on_terminal_) return;
+  // Messages come from every stage of the loader, each writing to stderr
+  // itself; a stream of our own in its place sees them all.
+  stderr_ = stderr;
+  stderr = fopencookie(this, "w", {nullptr, &LoadProgress::write_message, nullptr, nullptr});
+  if (stderr) {
+    setvbuf(stderr, nullptr, _IONBF, 0);
+  } else {
+    stderr = stderr_;
+  }
   watch_phases([this](const char* phase) { entered(phase); });
   timer_ = std::thread([this] { wait_a_second(); });
 }
@@ -35,9 +44,20 @@ void LoadProgress::show(const char* phase) {
   const std::string text = std::string("loading: ") + phase + " ...";
   // Blanks cover the rest of a longer line shown before.
   const size_t width = std::max(text.size(), shown_width_);
-  std::fprintf(stderr, "\r%-*s", static_cast<int>(width), text.c_str());
-  std::fflush(stderr);
+  std::fprintf(stderr_, "\r%-*s", static_cast<int>(width), text.c_str());
   shown_width_ = width;
+}
+
+void LoadProgress::erase() {
+  if (shown_width_ > 0) std::fprintf(stderr_, "\r%*s\r", static_cast<int>(shown_width_), "");
+  shown_width_ = 0;
+}
+
+ssize_t LoadProgress::write_message(void* progress, const char* text, size_t size) {
+  LoadProgress& self = *static_cast<LoadProgress*>(progress);
+  std::lock_guard lock(self.mutex_);
+  self.erase();
+  return static_cast<ssize_t>(std::fwrite(text, 1, size, self.stderr_));
 }
 
 void LoadProgress::done() {
@@ -50,5 +70,9 @@ void LoadProgress::done() {
   }
   finished_.notify_one();
   timer_.join();
-  if (shown_width_ > 0) std::fprintf(stderr, "\r%*s\r", static_cast<int>(shown_width_), "");
+  erase();
+  if (stderr != stderr_) {
+    std::fclose(stderr);
+    stderr = stderr_;
+  }
 }

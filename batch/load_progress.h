@@ -1,10 +1,15 @@
 // Progress of a long load on a terminal. Once loading has taken a second,
 // the phase under way is shown on standard error, overwritten as phases
 // pass and erased when the load ends; nothing is shown when standard error
-// is not a terminal, and nothing ever reaches standard output.
+// is not a terminal, and nothing ever reaches standard output. A message
+// written to standard error meanwhile erases the line first, so that it
+// starts on a line of its own; the next phase is shown below it.
 #pragma once
 
+#include <sys/types.h>
+
 #include <condition_variable>
+#include <cstdio>
 #include <mutex>
 #include <thread>
 
@@ -25,6 +30,10 @@ class LoadProgress {
   void wait_a_second();
   /// Overwrites the line; called with `mutex_` held.
   void show(const char* phase);
+  /// Erases the line if it is shown; called with `mutex_` held.
+  void erase();
+  /// Where standard error's writes go while the line may be shown.
+  static ssize_t write_message(void* progress, const char* text, size_t size);
 
   bool on_terminal_;
   std::mutex mutex_;
@@ -33,5 +42,7 @@ class LoadProgress {
   bool late_ = false;
   bool done_ = false;
   size_t shown_width_ = 0;
+  /// The process's own standard error, put back by `done`.
+  FILE* stderr_ = nullptr;
   std::thread timer_;
 };

@@ -8,7 +8,8 @@ Runs sums of more and more terms with standard error on a pseudo-terminal
 until a load lasts well over a second (the times come from --stats); a
 load under the second must show nothing, a longer one the phases it passed
 in order, erased at the end. The longest program then runs with standard
-error on a pipe, which must stay silent.
+error on a pipe, which must stay silent, and once more with a call the
+builder refuses, whose message must start on a line of its own.
 """
 import os
 import pty
@@ -22,9 +23,14 @@ SHOWN = re.compile(rb"\rloading: ([a-z]+) \.\.\. *")
 ERASED = re.compile(rb"\r +\r$")
 
 
-def write_sum(path, terms):
+def write_sum(path, terms, refused_call=False):
     with open(path, "w") as f:
-        f.write("node sum (a : int) returns (b : int);\nlet\n  b = a")
+        if refused_call:
+            f.write("function clamp (x : real) returns (y : real);\n")
+            f.write("node sum (a : int; r : real) returns (b : int; d : real);\nlet\n  d = clamp(r);\n")
+        else:
+            f.write("node sum (a : int) returns (b : int);\nlet\n")
+        f.write("  b = a")
         f.write(" + a" * (terms - 1))
         f.write(";\ntel\n")
 
@@ -36,8 +42,8 @@ def load_seconds(stdout):
     return sum(float(t) for t in times)
 
 
-def run_on_terminal(korvel, path):
-    """(load seconds, bytes written to the terminal)"""
+def on_terminal(korvel, path):
+    """(status, standard output, bytes written to the terminal)"""
     main, side = pty.openpty()
     proc = subprocess.Popen([korvel, "--steps", "1", "--stats", path],
                             stdout=subprocess.PIPE, stderr=side)
@@ -53,7 +59,13 @@ def run_on_terminal(korvel, path):
         shown += chunk
     os.close(main)
     stdout = proc.stdout.read()
-    if proc.wait() != 0:
+    return proc.wait(), stdout, shown
+
+
+def run_on_terminal(korvel, path):
+    """(load seconds, bytes written to the terminal)"""
+    status, stdout, shown = on_terminal(korvel, path)
+    if status != 0:
         sys.exit(f"korvel-run failed on a terminal:\n{shown.decode()}")
     if b"loading" in stdout:
         sys.exit("progress reached standard output")
@@ -91,6 +103,15 @@ def main():
         piped = subprocess.run([korvel, "--steps", "1", path], capture_output=True)
         if piped.returncode != 0 or piped.stderr or piped.stdout:
             sys.exit(f"a piped run wrote {piped.stdout!r} and {piped.stderr!r}")
+        write_sum(path, terms, refused_call=True)
+        status, _, shown = on_terminal(korvel, path)
+        message = shown.find(b"Unsupported function :")
+        if status != 1 or message < 0:
+            sys.exit(f"the refused call gave status {status} and {shown!r}")
+        if not SHOWN.search(shown[:message]):
+            sys.exit(f"the refusal came before any progress was shown: {shown!r}")
+        if not ERASED.search(shown[:message]):
+            sys.exit(f"the refusal was written on the progress line: {shown!r}")
 
 
 main()
