@@ -67,8 +67,7 @@ inline void strict(const StepInstr& in, Slots x, Op op = Op{}) {
 template <class Op>
 inline void logic(const StepInstr& in, Slots x) {
   int32_t r = 0;
-  const unsigned st =
-      three_valued<Op>(x.s[in.a], truth(x.v[in.a]), x.s[in.b], truth(x.v[in.b]), r);
+  const unsigned st = three_valued<Op>(x.s[in.a], truth(x.v[in.a]), x.s[in.b], truth(x.v[in.b]), r);
   x.rs = static_cast<uint8_t>(st);
   if (st == 0) x.rv = Word<IntVal>::put(r);
 }
@@ -111,7 +110,8 @@ using Ge = Compare<std::greater_equal>;
 }  // namespace
 
 void Schedule::take_inputs() {
-  for (const auto& [item, slot] : c_.inputs) c_.values[slot] = word_of(item->value_kind, item->value);
+  for (const auto& [item, slot] : c_.inputs)
+    c_.values[slot] = word_of(item->value_kind, item->value);
 }
 
 void Schedule::sample(size_t i) {

@@ -49,7 +49,8 @@ struct Entry {
 
 class Deriver {
  public:
-  explicit Deriver(const SimProgram& p) : p_(p), slot_(p.items().size(), kUnplaced), state_(slot_) {}
+  explicit Deriver(const SimProgram& p)
+      : p_(p), slot_(p.items().size(), kUnplaced), state_(slot_) {}
 
   StepCode derive() {
     place_leaves_and_states();

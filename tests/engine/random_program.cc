@@ -100,7 +100,9 @@ class Generator {
   int pick(int n) { return std::uniform_int_distribution<int>(0, n - 1)(rng_); }
   bool chance(double p) { return std::bernoulli_distribution(p)(rng_); }
   Type any_type() { return static_cast<Type>(pick(kTypes)); }
-  std::string one(const std::vector<std::string>& xs) { return xs[pick(static_cast<int>(xs.size()))]; }
+  std::string one(const std::vector<std::string>& xs) {
+    return xs[pick(static_cast<int>(xs.size()))];
+  }
 
   /// An input clock, or a Boolean local that may well be nil.
   std::string clock() {

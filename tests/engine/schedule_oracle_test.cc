@@ -50,8 +50,8 @@ StepValues random_values(std::mt19937& rng) {
   const char* const colors[] = {"red", "green", "blue"};
   const char* const gears[] = {"low", "high"};
   auto any = [&](const auto& xs) { return xs[rng() % std::size(xs)]; };
-  return {rng() % 2 == 0, rng() % 3 != 0, any(ints), any(ints), any(reals), any(reals),
-          any(colors), any(gears)};
+  return {rng() % 2 == 0, rng() % 3 != 0, any(ints),   any(ints),
+          any(reals),     any(reals),     any(colors), any(gears)};
 }
 
 /// A program run one way, its trace kept in a file of its own.
@@ -116,9 +116,7 @@ class OneRun {
   Ending end;
 
  private:
-  const char* name(const char* text) {
-    return table.text(table.find("%s", text));
-  }
+  const char* name(const char* text) { return table.text(table.find("%s", text)); }
   template <class Action>
   void traced(Action action) {
     set_trace_stream(trace);
