@@ -97,6 +97,23 @@ inline void choose(const StepInstr& in, Slots x, uint64_t mask) {
   if (x.s[chosen] == 0) x.rv = x.v[chosen] & mask;
 }
 
+/// An `if` whose condition it compares itself: the comparison's operands
+/// in `a` and `b`, the branches in `c` and `d`. A comparison adds no
+/// status, so the condition's is its operands'.
+template <class In, class Cmp>
+inline void choose_by(const StepInstr& in, Slots x) {
+  const unsigned st = x.s[in.a] | x.s[in.b];
+  if (st != 0) {
+    x.rs = static_cast<uint8_t>(st);
+    return;
+  }
+  int32_t holds = 0;
+  Cmp{}(Word<In>::get(x.v[in.a]), Word<In>::get(x.v[in.b]), holds);
+  const uint32_t chosen = holds ? in.c : in.d;
+  x.rs = x.s[chosen];
+  if (x.s[chosen] == 0) x.rv = x.v[chosen];
+}
+
 constexpr uint64_t kLowHalf = 0xffffffffu;
 constexpr uint64_t kWhole = ~uint64_t{0};
 
@@ -273,9 +290,47 @@ void Schedule::run(uint32_t begin, uint32_t end) {
       case OP_COND_N:
         choose(in, x, kWhole);
         break;
-      case OP_STATE:
-        x.rs = s[in.a];
-        if (s[in.a] == 0) x.rv = v[in.a];
+      case OP_IF_EQ_I:
+        choose_by<IntVal, Eq>(in, x);
+        break;
+      case OP_IF_NE_I:
+        choose_by<IntVal, Ne>(in, x);
+        break;
+      case OP_IF_LT_I:
+        choose_by<IntVal, Lt>(in, x);
+        break;
+      case OP_IF_LE_I:
+        choose_by<IntVal, Le>(in, x);
+        break;
+      case OP_IF_GT_I:
+        choose_by<IntVal, Gt>(in, x);
+        break;
+      case OP_IF_GE_I:
+        choose_by<IntVal, Ge>(in, x);
+        break;
+      case OP_IF_EQ_R:
+        choose_by<RealVal, Eq>(in, x);
+        break;
+      case OP_IF_NE_R:
+        choose_by<RealVal, Ne>(in, x);
+        break;
+      case OP_IF_LT_R:
+        choose_by<RealVal, Lt>(in, x);
+        break;
+      case OP_IF_LE_R:
+        choose_by<RealVal, Le>(in, x);
+        break;
+      case OP_IF_GT_R:
+        choose_by<RealVal, Gt>(in, x);
+        break;
+      case OP_IF_GE_R:
+        choose_by<RealVal, Ge>(in, x);
+        break;
+      case OP_IF_EQ_N:
+        choose_by<NameVal, Eq>(in, x);
+        break;
+      case OP_IF_NE_N:
+        choose_by<NameVal, Ne>(in, x);
         break;
       case OP_ZERO:
         x.rs = s[in.a];

@@ -57,6 +57,8 @@ inline void put_word(int kind, uint64_t w, EvalValue& v) {
 struct StepInstr {
   StepOp op;
   uint32_t a, b, c;
+  /// A fused `if`'s else branch.
+  uint32_t d;
 };
 
 /// An output or assertion: the code that ends with its operands computed.

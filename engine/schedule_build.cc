@@ -45,19 +45,64 @@ struct Entry {
   What what;
   int operand;
   EvalItem* item;
+  /// In the walk's order, then in the code: where its instruction goes;
+  /// for a root, where its code ends.
+  uint32_t position;
 };
+
+/// The fused `if` of each comparison, or OP_NONE.
+StepOp fused_if(StepOp compare) {
+  switch (compare) {
+    case OP_EQ_I:
+      return OP_IF_EQ_I;
+    case OP_NE_I:
+      return OP_IF_NE_I;
+    case OP_LT_I:
+      return OP_IF_LT_I;
+    case OP_LE_I:
+      return OP_IF_LE_I;
+    case OP_GT_I:
+      return OP_IF_GT_I;
+    case OP_GE_I:
+      return OP_IF_GE_I;
+    case OP_EQ_R:
+      return OP_IF_EQ_R;
+    case OP_NE_R:
+      return OP_IF_NE_R;
+    case OP_LT_R:
+      return OP_IF_LT_R;
+    case OP_LE_R:
+      return OP_IF_LE_R;
+    case OP_GT_R:
+      return OP_IF_GT_R;
+    case OP_GE_R:
+      return OP_IF_GE_R;
+    case OP_EQ_N:
+      return OP_IF_EQ_N;
+    case OP_NE_N:
+      return OP_IF_NE_N;
+    default:
+      return OP_NONE;
+  }
+}
+
+bool is_choice(StepOp op) {
+  return op == OP_COND_I || op == OP_COND_R || op == OP_COND_N;
+}
 
 class Deriver {
  public:
   explicit Deriver(const SimProgram& p)
-      : p_(p), slot_(p.items().size(), kUnplaced), state_(slot_) {}
+      : p_(p), slot_(p.items().size(), kUnplaced), state_(slot_), fused_(slot_.size(), 0) {}
 
   StepCode derive() {
     place_leaves_and_states();
     for (EvalItem* root : p_.assert_items) walk_root(root);
     for (EvalItem* root : p_.output_items) walk_root(root);
-    out_.advance_begin = position_;
+    const size_t advance_entry = entries_.size();
     for (auto m = p_.memories.rbegin(); m != p_.memories.rend(); ++m) walk_next(*m);
+    fuse_comparisons();
+    lay_out(advance_entry);
     encode();
     return std::move(out_);
   }
@@ -114,11 +159,22 @@ class Deriver {
         continue;
       }
       stack_.pop_back();
-      if (item->demands()) add_zeros(item);
-      slot_[item->number] = out_.code_begin + position_;
+      if (!item->demands()) {
+        publish_state(item);
+        continue;
+      }
+      add_zeros(item);
+      slot_[item->number] = position_;
       add(Entry::kCompute, item);
     }
   }
+
+  // A memory computes by copying its state, the status always and the
+  // value when defined, and no reader looks at an undefined value; nor is
+  // it ever read before it is computed, having no operand to wait for. So
+  // its readers read its state, which changes only once every next state
+  // is computed, and it takes no instruction.
+  void publish_state(EvalItem* memory) { slot_[memory->number] = state_[memory->number]; }
 
   void walk_root(EvalItem* root) {
     walk(root->operands[0]);
@@ -140,11 +196,64 @@ class Deriver {
     }
   }
 
+  static bool takes_slot(const Entry& e) {
+    return e.what != Entry::kRoot && e.what != Entry::kNext;
+  }
+
   void add(Entry::What what, EvalItem* item, int operand = 0) {
-    entries_.push_back({what, operand, item});
-    if (what != Entry::kRoot && what != Entry::kNext) {
-      if (out_.code_begin + ++position_ >= kWalking) {
-        internal_error("file 'schedule_build':\ntoo many items\n");
+    entries_.push_back({what, operand, item, position_});
+    if (takes_slot(entries_.back()) && out_.code_begin + ++position_ >= kWalking) {
+      internal_error("file 'schedule_build':\ntoo many items\n");
+    }
+  }
+
+  // A comparison that only its `if` reads, as its condition, is compared
+  // by the `if` itself: one instruction less. It still compares what it
+  // would have compared: read by no one else, it is reached from its `if`
+  // only, so it comes right after the `if` on the walk's stack, and each of
+  // its operands is either computed before it or still on the stack below
+  // the `if`, to be computed after it. An int `if` over a real branch
+  // keeps its own instruction, which takes the branch's low half.
+  void fuse_comparisons() {
+    std::vector<uint32_t> reads(slot_.size(), 0);
+    for (const Entry& e : entries_) {
+      if (e.what == Entry::kZero) continue;
+      const int n = e.what == Entry::kCheck ? 1 : e.item->n_operands;
+      for (int j = 0; j < n; ++j) ++reads[e.item->operands[j]->number];
+      // A first-instant flag's next state reads its own value.
+      if (e.what == Entry::kNext && e.item->step_op() == OP_FIRST) ++reads[e.item->number];
+    }
+    for (const Entry& e : entries_) {
+      if (e.what != Entry::kCompute || !is_choice(e.item->step_op())) continue;
+      const EvalItem& choice = *e.item;
+      const EvalItem& compare = *choice.operands[0];
+      const StepOp op = compare.step_op();
+      fused_[compare.number] =
+          fused_if(op) != OP_NONE && reads[compare.number] == 1 && !reads_as_zero(op, compare, 0) &&
+          !reads_as_zero(op, compare, 1) &&
+          !(choice.step_op() == OP_COND_I && (choice.operands[1]->value_kind == VK_REAL ||
+                                              choice.operands[2]->value_kind == VK_REAL));
+    }
+  }
+
+  bool is_fused(const Entry& e) const {
+    return e.what == Entry::kCompute && fused_[e.item->number];
+  }
+
+  /// Code positions in the walk's order, leaving out the fused comparisons.
+  void lay_out(size_t advance_entry) {
+    uint32_t next = 0;
+    for (size_t i = 0; i < entries_.size(); ++i) {
+      Entry& e = entries_[i];
+      if (i == advance_entry) out_.advance_begin = next;
+      if (e.what == Entry::kRoot) e.position = next;
+      if (takes_slot(e) && !is_fused(e)) e.position = next++;
+    }
+    if (advance_entry == entries_.size()) out_.advance_begin = next;
+    position_ = next;
+    for (const Entry& e : entries_) {
+      if (e.what == Entry::kCompute && !is_fused(e)) {
+        slot_[e.item->number] = out_.code_begin + e.position;
       }
     }
   }
@@ -156,29 +265,29 @@ class Deriver {
   }
 
   void encode() {
-    out_.code.reserve(position_);
+    out_.code.resize(position_);
     out_.values.resize(out_.code_begin + position_, 0);
     out_.statuses.resize(out_.code_begin + position_, ST_NIL);
     for (const Entry& e : entries_) {
       const EvalItem& item = *e.item;
       switch (e.what) {
         case Entry::kZero:
-          zeros_.push_back(out_.code_begin + static_cast<uint32_t>(out_.code.size()));
-          emit({OP_ZERO, slot_[item.operands[e.operand]->number], 0, 0});
+          zeros_.push_back(out_.code_begin + e.position);
+          out_.code[e.position] = {OP_ZERO, slot_[item.operands[e.operand]->number], 0, 0, 0};
           continue;
         case Entry::kCheck:
-          emit({OP_CHECK_CLOCK, slot_[item.operands[0]->number], 0, 0});
+          out_.code[e.position] = {OP_CHECK_CLOCK, slot_[item.operands[0]->number], 0, 0, 0};
           continue;
         case Entry::kCompute: {
+          if (is_fused(e)) continue;
           const uint32_t slot = slot_[item.number];
           out_.values[slot] = word_of(item.value_kind, item.value);
           out_.statuses[slot] = static_cast<uint8_t>(item.status);
-          emit(compute(item));
+          out_.code[e.position] = compute(item);
           break;
         }
         case Entry::kRoot:
-          out_.roots.push_back({static_cast<SampledEI*>(e.item),
-                                static_cast<uint32_t>(out_.code.size()), operand_slot(item, 0),
+          out_.roots.push_back({static_cast<SampledEI*>(e.item), e.position, operand_slot(item, 0),
                                 operand_slot(item, 1)});
           break;
         case Entry::kNext:
@@ -190,28 +299,30 @@ class Deriver {
     }
   }
 
-  void emit(const StepInstr& instr) { out_.code.push_back(instr); }
-
   StepInstr compute(const EvalItem& item) {
     const StepOp op = item.step_op();
     switch (op) {
-      case OP_LAST_I:
-      case OP_LAST_R:
-      case OP_LAST_N:
-      case OP_FIRST:
-        return {OP_STATE, state_[item.number], 0, 0};
+      case OP_COND_I:
+      case OP_COND_R:
+      case OP_COND_N:
+        if (fused_[item.operands[0]->number]) {
+          const EvalItem& compare = *item.operands[0];
+          return {fused_if(compare.step_op()), slot_[compare.operands[0]->number],
+                  slot_[compare.operands[1]->number], operand_slot(item, 1), operand_slot(item, 2)};
+        }
+        break;
       case OP_UNARY_CALL:
         out_.unary.push_back(static_cast<const UFUNC_double_EI&>(item).op.function);
-        return {op, operand_slot(item, 0), static_cast<uint32_t>(out_.unary.size() - 1), 0};
+        return {op, operand_slot(item, 0), static_cast<uint32_t>(out_.unary.size() - 1), 0, 0};
       case OP_BINARY_CALL:
         out_.binary.push_back(static_cast<const BFUNC_double_EI&>(item).op.function);
         return {op, operand_slot(item, 0), operand_slot(item, 1),
-                static_cast<uint32_t>(out_.binary.size() - 1)};
+                static_cast<uint32_t>(out_.binary.size() - 1), 0};
       case OP_AT_MOST_ONE:
       case OP_NONE_TRUE: {
         const auto begin = static_cast<uint32_t>(out_.lists.size());
         for (int j = 0; j < item.n_operands; ++j) out_.lists.push_back(operand_slot(item, j));
-        return {op, begin, static_cast<uint32_t>(item.n_operands), 0};
+        return {op, begin, static_cast<uint32_t>(item.n_operands), 0, 0};
       }
       case OP_NONE:
       case OP_CONST:
@@ -219,7 +330,10 @@ class Deriver {
       case OP_OUTPUT_I:
       case OP_OUTPUT_R:
       case OP_OUTPUT_N:
-      case OP_STATE:
+      case OP_LAST_I:
+      case OP_LAST_R:
+      case OP_LAST_N:
+      case OP_FIRST:
       case OP_ZERO:
       case OP_CHECK_CLOCK:
       case OP_LAST_NEXT_I:
@@ -229,7 +343,7 @@ class Deriver {
       default:
         break;
     }
-    StepInstr instr{op, 0, 0, 0};
+    StepInstr instr{op, 0, 0, 0, 0};
     uint32_t* fields[] = {&instr.a, &instr.b, &instr.c};
     for (int j = 0; j < item.n_operands; ++j) *fields[j] = operand_slot(item, j);
     return instr;
@@ -239,11 +353,11 @@ class Deriver {
     const uint32_t state = state_[memory.number];
     switch (memory.step_op()) {
       case OP_FIRST:
-        return {OP_FIRST_NEXT, slot_[memory.number], operand_slot(memory, 0), state};
+        return {OP_FIRST_NEXT, slot_[memory.number], operand_slot(memory, 0), state, 0};
       case OP_LAST_I:
-        return {OP_LAST_NEXT_I, operand_slot(memory, 0), operand_slot(memory, 1), state};
+        return {OP_LAST_NEXT_I, operand_slot(memory, 0), operand_slot(memory, 1), state, 0};
       default:
-        return {OP_LAST_NEXT_W, operand_slot(memory, 0), operand_slot(memory, 1), state};
+        return {OP_LAST_NEXT_W, operand_slot(memory, 0), operand_slot(memory, 1), state, 0};
     }
   }
 
@@ -253,6 +367,8 @@ class Deriver {
   std::vector<uint32_t> slot_;
   /// By item number, for the memories: the slot of their state.
   std::vector<uint32_t> state_;
+  /// By item number: a comparison its `if` makes.
+  std::vector<uint8_t> fused_;
   std::vector<Frame> stack_;
   std::vector<Entry> entries_;
   uint32_t position_ = 0;

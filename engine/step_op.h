@@ -58,12 +58,26 @@ enum StepOp : uint8_t {
   OP_COND_I,
   OP_COND_R,
   OP_COND_N,
-  // The schedule's own: a memory or first-instant flag publishing its
-  // state; an operand held as a name and read as a number, or the other
-  // way round, which reads as zero with the operand's status; the clock
-  // check of a first-instant flag's next state; the next states.
-  OP_STATE,
+  // The schedule's own: an operand held as a name and read as a number,
+  // or the other way round, which reads as zero with the operand's status;
+  // the fused `if`s; the clock check of a first-instant flag's next state;
+  // the next states.
   OP_ZERO,
+  // An `if` over a comparison that nothing else reads, compared in place.
+  OP_IF_EQ_I,
+  OP_IF_NE_I,
+  OP_IF_LT_I,
+  OP_IF_LE_I,
+  OP_IF_GT_I,
+  OP_IF_GE_I,
+  OP_IF_EQ_R,
+  OP_IF_NE_R,
+  OP_IF_LT_R,
+  OP_IF_LE_R,
+  OP_IF_GT_R,
+  OP_IF_GE_R,
+  OP_IF_EQ_N,
+  OP_IF_NE_N,
   OP_CHECK_CLOCK,
   OP_LAST_NEXT_I,
   OP_LAST_NEXT_W,
