@@ -50,40 +50,13 @@ struct Entry {
   uint32_t position;
 };
 
-/// The fused `if` of each comparison, or OP_NONE.
+// The comparisons and their fused `if`s are listed in the same order.
+static_assert(OP_NE_N - OP_EQ_I == OP_IF_NE_N - OP_IF_EQ_I);
+
+/// The fused `if` of a comparison, or OP_NONE.
 StepOp fused_if(StepOp compare) {
-  switch (compare) {
-    case OP_EQ_I:
-      return OP_IF_EQ_I;
-    case OP_NE_I:
-      return OP_IF_NE_I;
-    case OP_LT_I:
-      return OP_IF_LT_I;
-    case OP_LE_I:
-      return OP_IF_LE_I;
-    case OP_GT_I:
-      return OP_IF_GT_I;
-    case OP_GE_I:
-      return OP_IF_GE_I;
-    case OP_EQ_R:
-      return OP_IF_EQ_R;
-    case OP_NE_R:
-      return OP_IF_NE_R;
-    case OP_LT_R:
-      return OP_IF_LT_R;
-    case OP_LE_R:
-      return OP_IF_LE_R;
-    case OP_GT_R:
-      return OP_IF_GT_R;
-    case OP_GE_R:
-      return OP_IF_GE_R;
-    case OP_EQ_N:
-      return OP_IF_EQ_N;
-    case OP_NE_N:
-      return OP_IF_NE_N;
-    default:
-      return OP_NONE;
-  }
+  if (compare < OP_EQ_I || compare > OP_NE_N) return OP_NONE;
+  return static_cast<StepOp>(OP_IF_EQ_I + (compare - OP_EQ_I));
 }
 
 bool is_choice(StepOp op) {
