@@ -125,7 +125,10 @@ void EvalItem::reset_walk() {
 }
 
 void check_clock(const EvalItem& clock) {
-  if (clock.status == 0) return;
+  if (clock.status != 0) clock_takes_on_nil();
+}
+
+void clock_takes_on_nil() {
   fputs("clock takes on nil\n", stderr);
   end_process(1);
 }

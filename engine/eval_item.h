@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "engine/eval_value.h"
+#include "engine/step_op.h"
 
 class EvalItem {
  public:
@@ -26,6 +27,9 @@ class EvalItem {
   /// The extern type of the classes that have one; -1 after a warning
   /// for the others.
   virtual int extern_type_name();
+  /// What the schedule does for an item of this class; OP_NONE for the
+  /// base, which computes nothing.
+  virtual StepOp step_op() const { return OP_NONE; }
 
   /// The ensuring rule: computes the item unless it already was at `step`.
   /// Deep graphs are walked with an explicit stack, never C recursion, and
@@ -33,10 +37,15 @@ class EvalItem {
   void ensure(unsigned step);
   /// Re-initialises this item and everything below it that was computed.
   void reset_walk();
+  /// False for the memories, whose `compute` reads no operand.
+  bool demands() const { return demands_operands; }
 
   int n_operands;
   std::unique_ptr<EvalItem*[]> operands;
   int value_kind;
+  /// The item's place among its program's items, in the order they were
+  /// made; -1 for an item no program owns.
+  int number = -1;
   EvalValue value{};
   unsigned status = ST_NIL;
   unsigned stamp = 0;
@@ -57,3 +66,4 @@ class EvalItem {
 /// A clock read by an output, assertion or memory must be defined; a nil
 /// clock ends the process.
 void check_clock(const EvalItem& clock);
+[[noreturn]] void clock_takes_on_nil();

@@ -17,6 +17,70 @@ inline bool is_true(const EvalItem& operand) {
   return read<BoolVal>(operand) != 0;
 }
 
+/// The schedule's operation of a class over kind `V`: bool and int share one.
+template <class V>
+constexpr StepOp by_kind(StepOp on_int, StepOp on_real, StepOp on_name) {
+  if constexpr (V::kind == VK_REAL) return on_real;
+  if constexpr (V::kind == VK_EXTERN) return on_name;
+  return on_int;
+}
+
+/// The schedule's operation of a strict class, by operation and operand kind.
+template <class Op, class In>
+constexpr StepOp kStrictOp = OP_NONE;
+template <template <class> class Cmp, class In>
+constexpr StepOp kCompareOp = OP_NONE;
+template <template <class> class Cmp, class In>
+constexpr StepOp kStrictOp<Compare<Cmp>, In> = kCompareOp<Cmp, In>;
+
+template <class In>
+constexpr StepOp kCompareOp<std::equal_to, In> = by_kind<In>(OP_EQ_I, OP_EQ_R, OP_EQ_N);
+template <class In>
+constexpr StepOp kCompareOp<std::not_equal_to, In> = by_kind<In>(OP_NE_I, OP_NE_R, OP_NE_N);
+template <class In>
+constexpr StepOp kCompareOp<std::less, In> = by_kind<In>(OP_LT_I, OP_LT_R, OP_NONE);
+template <class In>
+constexpr StepOp kCompareOp<std::less_equal, In> = by_kind<In>(OP_LE_I, OP_LE_R, OP_NONE);
+template <class In>
+constexpr StepOp kCompareOp<std::greater, In> = by_kind<In>(OP_GT_I, OP_GT_R, OP_NONE);
+template <class In>
+constexpr StepOp kCompareOp<std::greater_equal, In> = by_kind<In>(OP_GE_I, OP_GE_R, OP_NONE);
+template <class In>
+constexpr StepOp kStrictOp<Plus, In> = by_kind<In>(OP_ADD_I, OP_ADD_R, OP_NONE);
+template <class In>
+constexpr StepOp kStrictOp<Minus, In> = by_kind<In>(OP_SUB_I, OP_SUB_R, OP_NONE);
+template <class In>
+constexpr StepOp kStrictOp<Times, In> = by_kind<In>(OP_MUL_I, OP_MUL_R, OP_NONE);
+template <class In>
+constexpr StepOp kStrictOp<Divide, In> = by_kind<In>(OP_DIV_I, OP_DIV_R, OP_NONE);
+template <class In>
+constexpr StepOp kStrictOp<Negate, In> = by_kind<In>(OP_NEG_I, OP_NEG_R, OP_NONE);
+template <>
+inline constexpr StepOp kStrictOp<Not, BoolVal> = OP_NOT;
+template <>
+inline constexpr StepOp kStrictOp<Modulo, IntVal> = OP_MOD_I;
+template <>
+inline constexpr StepOp kStrictOp<ToReal, IntVal> = OP_INT_TO_REAL;
+template <>
+inline constexpr StepOp kStrictOp<ToInt, RealVal> = OP_REAL_TO_INT;
+template <>
+inline constexpr StepOp kStrictOp<UnaryFunction, RealVal> = OP_UNARY_CALL;
+template <>
+inline constexpr StepOp kStrictOp<BinaryFunction, RealVal> = OP_BINARY_CALL;
+
+template <class Op>
+constexpr StepOp kLogicOp = OP_NONE;
+template <>
+inline constexpr StepOp kLogicOp<And> = OP_AND;
+template <>
+inline constexpr StepOp kLogicOp<Or> = OP_OR;
+template <>
+inline constexpr StepOp kLogicOp<Implies> = OP_IMPL;
+template <>
+inline constexpr StepOp kLogicOp<AtMostOne> = OP_AT_MOST_ONE;
+template <>
+inline constexpr StepOp kLogicOp<NoneTrue> = OP_NONE_TRUE;
+
 /// A constant: defined from the build on, again after every reset.
 template <class V>
 class ConstEI final : public EvalItem {
@@ -27,6 +91,7 @@ class ConstEI final : public EvalItem {
   }
   void reset() override { status = 0; }
   void compute(unsigned) override {}
+  StepOp step_op() const override { return OP_CONST; }
 };
 
 /// An input: the front end writes its value field before each step.
@@ -35,6 +100,7 @@ class InputEI final : public EvalItem {
  public:
   InputEI() : EvalItem(0, V::kind) {}
   void compute(unsigned) override { status = 0; }
+  StepOp step_op() const override { return OP_INPUT; }
 
   /// String number of the input's name.
   int identifier = 0;
@@ -46,7 +112,10 @@ class InputEI final : public EvalItem {
 template <class Out, class In, class Op>
 class StrictEI final : public EvalItem {
  public:
+  static_assert(kStrictOp<Op, In> != OP_NONE, "a strict class the schedule cannot run");
+
   explicit StrictEI(Op op = Op{}) : EvalItem(Op::arity, Out::kind), op(op) {}
+  StepOp step_op() const override { return kStrictOp<Op, In>; }
 
   void compute(unsigned step) override {
     ensure_operands(step);
@@ -67,41 +136,20 @@ class StrictEI final : public EvalItem {
   Op op;
 };
 
-/// and, or, implies over three values: when one side is undefined, the
-/// defined side decides if the result is the same whatever the other one
-/// holds (false and nil is false); otherwise the undefined status is taken.
+/// and, or, implies over three values (three_valued in eval_ops.h).
 template <class Op>
 class LogicEI final : public EvalItem {
  public:
   LogicEI() : EvalItem(2, VK_BOOL) {}
+  StepOp step_op() const override { return kLogicOp<Op>; }
 
   void compute(unsigned step) override {
     ensure_operands(step);
     const EvalItem& a = *operands[0];
     const EvalItem& b = *operands[1];
-    const Op op;
-    if (a.status != 0 && b.status != 0) {
-      status = a.status | b.status;
-    } else if (a.status == 0 && b.status == 0) {
-      define(op(is_true(a), is_true(b)));
-    } else if (a.status == 0) {
-      decide(op(is_true(a), false), op(is_true(a), true), b.status);
-    } else {
-      decide(op(false, is_true(b)), op(true, is_true(b)), a.status);
-    }
-  }
-
- private:
-  void define(bool x) {
-    value.i = x;
-    status = 0;
-  }
-  void decide(bool if_false, bool if_true, unsigned unknown) {
-    if (if_false == if_true) {
-      define(if_false);
-    } else {
-      status = unknown;
-    }
+    int32_t r = 0;
+    status = three_valued<Op>(a.status, is_true(a), b.status, is_true(b), r);
+    if (status == 0) value.i = r;
   }
 };
 
@@ -111,6 +159,7 @@ template <class Op>
 class CountEI final : public EvalItem {
  public:
   explicit CountEI(int n) : EvalItem(n, VK_BOOL) {}
+  StepOp step_op() const override { return kLogicOp<Op>; }
 
   void compute(unsigned step) override {
     ensure_operands(step);
@@ -131,6 +180,7 @@ template <class V>
 class CondEI final : public EvalItem {
  public:
   CondEI() : EvalItem(3, V::kind) {}
+  StepOp step_op() const override { return by_kind<V>(OP_COND_I, OP_COND_R, OP_COND_N); }
 
   void compute(unsigned step) override {
     ensure_operands(step);
@@ -145,12 +195,22 @@ class CondEI final : public EvalItem {
   }
 };
 
+/// What every output or assertion class holds besides its value: whether
+/// its clock was false when it was last sampled.
+class SampledEI : public EvalItem {
+ public:
+  using EvalItem::EvalItem;
+  int is_bottom() override { return absent; }
+
+  int absent = 0;
+};
+
 /// An output or assertion: its value operand sampled on its clock operand.
 /// While the clock is false the item is absent and keeps what it held.
 template <class V>
-class OutputEI final : public EvalItem {
+class OutputEI final : public SampledEI {
  public:
-  OutputEI() : EvalItem(2, V::kind) {}
+  OutputEI() : SampledEI(2, V::kind) {}
 
   void compute(unsigned step) override {
     ensure_operands(step);
@@ -162,9 +222,7 @@ class OutputEI final : public EvalItem {
     status = v.status;
     if (status == 0) V::put(value, read<V>(v));
   }
-  int is_bottom() override { return absent; }
-
-  int absent = 0;
+  StepOp step_op() const override { return by_kind<V>(OP_OUTPUT_I, OP_OUTPUT_R, OP_OUTPUT_N); }
 };
 
 /// The memory of the last value its operand had while its clock was true.
@@ -172,6 +230,7 @@ template <class V>
 class BlastEI final : public EvalItem {
  public:
   BlastEI() : EvalItem(2, V::kind) { demands_operands = false; }
+  StepOp step_op() const override { return by_kind<V>(OP_LAST_I, OP_LAST_R, OP_LAST_N); }
 
   void reset() override { saved_status = ST_NIL; }
   void compute(unsigned) override {
@@ -196,6 +255,7 @@ class BlastEI final : public EvalItem {
 class INIT_bool_EI final : public EvalItem {
  public:
   INIT_bool_EI() : EvalItem(1, VK_BOOL) { demands_operands = false; }
+  StepOp step_op() const override { return OP_FIRST; }
 
   void reset() override { first = 1; }
   void compute(unsigned) override {

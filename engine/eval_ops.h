@@ -196,6 +196,26 @@ struct Implies {
   bool operator()(bool a, bool b) const { return !a || b; }
 };
 
+/// A connective over three values, given each side's status and truth:
+/// when one side is undefined, the defined side decides if the result is
+/// the same whatever the other one holds (false and nil is false);
+/// otherwise the undefined status is taken, both ORed when both sides are
+/// undefined. Returns the status, and sets `r` when it is 0.
+template <class Op>
+unsigned three_valued(unsigned sa, bool a, unsigned sb, bool b, int32_t& r) {
+  const Op op;
+  if (sa != 0 && sb != 0) return sa | sb;
+  if (sa == 0 && sb == 0) {
+    r = op(a, b);
+    return 0;
+  }
+  const bool if_false = sa == 0 ? op(a, false) : op(false, b);
+  const bool if_true = sa == 0 ? op(a, true) : op(true, b);
+  if (if_false != if_true) return sa | sb;
+  r = if_false;
+  return 0;
+}
+
 // The n-ary classes, on the count of true operands.
 struct AtMostOne {
   bool operator()(int n_true) const { return n_true < 2; }

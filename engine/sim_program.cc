@@ -14,10 +14,12 @@ SimProgram::SimProgram(const char* path, SymbolTable* table, const LoadOptions& 
   }
   begin_phase("build");
   if (build_eval(*this) != 0) end_process(1);
+  schedule_.emplace(derive_step_code(*this));
   end_phase();
 }
 
 EvalItem* SimProgram::own(EvalItem* item) {
+  item->number = static_cast<int>(items_.size());
   items_.emplace_back(item);
   return item;
 }
@@ -27,13 +29,42 @@ QvType* SimProgram::output_type(int i) const {
   return info && info->type ? info->type : net->type(output_nodes[i]);
 }
 
+void SimProgram::begin_step() {
+  ++step_counter;
+  if (!by_items_) schedule_->take_inputs();
+}
+
+void SimProgram::compute_assertion(size_t i) {
+  if (by_items_) {
+    assert_items[i]->ensure(step_counter);
+  } else {
+    schedule_->sample(i);
+  }
+}
+
+void SimProgram::compute_output(size_t i) {
+  if (by_items_) {
+    output_items[i]->ensure(step_counter);
+  } else {
+    schedule_->sample(assert_items.size() + i);
+  }
+}
+
 void SimProgram::end_step() {
+  if (!by_items_) {
+    schedule_->advance();
+    return;
+  }
   for (auto m = memories.rbegin(); m != memories.rend(); ++m) (*m)->compute_next(step_counter);
   for (auto m = memories.rbegin(); m != memories.rend(); ++m) (*m)->rewrite();
 }
 
 void SimProgram::reset_eval() {
-  for (EvalItem* item : assert_items) item->reset_walk();
-  for (EvalItem* item : output_items) item->reset_walk();
+  if (by_items_) {
+    for (EvalItem* item : assert_items) item->reset_walk();
+    for (EvalItem* item : output_items) item->reset_walk();
+  } else {
+    schedule_->reset();
+  }
   step_counter = 0;
 }

@@ -4,9 +4,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "engine/eval_item.h"
+#include "engine/schedule.h"
 #include "reader/pnet_interface.h"
 
 class SimProgram : public PNetInterface {
@@ -15,15 +17,31 @@ class SimProgram : public PNetInterface {
   /// or simulated ends the process with status 1 after its message.
   SimProgram(const char* path, SymbolTable* table, const LoadOptions& options = {});
 
+  // A step: begin_step, every assertion then every output computed in
+  // order, end_step. The schedule runs it; the items themselves, walked on
+  // demand, are the model it keeps to, and can run it instead for a test.
+
+  /// Advances the step counter and takes the values the front end wrote
+  /// into the input items.
+  void begin_step();
+  /// Computes assertion `i`, or output `i`, for this step: its item then
+  /// holds its value, status and absence.
+  void compute_assertion(size_t i);
+  void compute_output(size_t i);
   /// Advances every memory: all of them compute their next state, then all
   /// take it, so no memory sees another's new state.
   void end_step();
   /// Back to the state after the build: items reachable from the
   /// assertions and outputs re-initialised, step counter 0.
   void reset_eval();
+  /// From now on, steps and resets walk the items instead of running the
+  /// schedule: the model that tests compare the schedule with.
+  void step_by_items() { by_items_ = true; }
 
-  /// Takes ownership of an item made by the builder.
+  /// Takes ownership of an item made by the builder, and numbers it.
   EvalItem* own(EvalItem* item);
+  /// Every item, in the order they were made.
+  const std::vector<std::unique_ptr<EvalItem>>& items() const { return items_; }
   /// The type output `i` is declared with. Its final node may stand for a
   /// class of nodes of several types, and carries the type of one of them.
   QvType* output_type(int i) const;
@@ -43,6 +61,8 @@ class SimProgram : public PNetInterface {
 
  private:
   std::vector<std::unique_ptr<EvalItem>> items_;
+  std::optional<Schedule> schedule_;
+  bool by_items_ = false;
 };
 
 /// Builds the whole graph: 0 on success, 1 when the program cannot be

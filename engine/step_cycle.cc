@@ -55,11 +55,12 @@ bool StepCycle::step() {
     for (StepObserver* o : observers_) o->aborted();
     return false;
   }
-  const unsigned stamp = ++program_.step_counter;
+  program_.begin_step();
   trace_printf("#step %d\n", ++step_number_);
   trace_values(program_.input_items);
-  for (EvalItem* a : program_.assert_items) {
-    a->ensure(stamp);
+  for (size_t i = 0; i < program_.assert_items.size(); ++i) {
+    program_.compute_assertion(i);
+    EvalItem* a = program_.assert_items[i];
     if (a->is_bottom()) continue;
     if (a->status != 0) {
       trace_printf("#error Assertion takes on nil\n");
@@ -68,8 +69,8 @@ bool StepCycle::step() {
     }
   }
   for (size_t i = 0; i < program_.output_items.size(); ++i) {
+    program_.compute_output(i);
     EvalItem* out = program_.output_items[i];
-    out->ensure(stamp);
     // Unlike an assertion, an output undefined by a division by zero is
     // not reported: only a plain nil is.
     if (out->is_bottom() || (out->status & ST_DIV_ZERO) || out->status == 0) continue;

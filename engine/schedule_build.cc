@@ -1,0 +1,356 @@
+// Deriving a program's schedule from its items: the demand walk of a step,
+// taken once, written down as instructions over slots.
+#include <cstdint>
+#include <vector>
+
+#include "engine/eval_items.h"
+#include "engine/schedule.h"
+#include "engine/sim_program.h"
+#include "support/diagnostics.h"
+
+namespace {
+
+constexpr uint32_t kUnplaced = UINT32_MAX;
+/// Reached by the walk and not yet computed: on its stack.
+constexpr uint32_t kWalking = UINT32_MAX - 1;
+
+/// Whether operation `op` reads its operand `j` as a name; every other read
+/// is of a number.
+bool reads_name(StepOp op, int j) {
+  switch (op) {
+    case OP_EQ_N:
+    case OP_NE_N:
+      return true;
+    case OP_COND_N:
+      return j != 0;
+    case OP_OUTPUT_N:
+    case OP_LAST_N:
+      return j == 0;
+    default:
+      return false;
+  }
+}
+
+/// A number read as a name, or a name as a number, reads as zero; int and
+/// real read each other from the word's bits, as they are laid out.
+bool reads_as_zero(StepOp op, const EvalItem& item, int j) {
+  return reads_name(op, j) != (item.operands[j]->value_kind == VK_EXTERN);
+}
+
+/// A step of the walk in the order it takes them: compute an item, read
+/// its operand `operand` as zero, check its clock, or sample a root or
+/// take a memory's next state, once what they read is computed.
+struct Entry {
+  enum What : uint8_t { kCompute, kZero, kCheck, kRoot, kNext };
+  What what;
+  int operand;
+  EvalItem* item;
+  /// In the walk's order, then in the code: where its instruction goes;
+  /// for a root, where its code ends.
+  uint32_t position;
+};
+
+// The comparisons and their fused `if`s are listed in the same order.
+static_assert(OP_NE_N - OP_EQ_I == OP_IF_NE_N - OP_IF_EQ_I);
+
+/// The fused `if` of a comparison, or OP_NONE.
+StepOp fused_if(StepOp compare) {
+  if (compare < OP_EQ_I || compare > OP_NE_N) return OP_NONE;
+  return static_cast<StepOp>(OP_IF_EQ_I + (compare - OP_EQ_I));
+}
+
+bool is_choice(StepOp op) {
+  return op == OP_COND_I || op == OP_COND_R || op == OP_COND_N;
+}
+
+class Deriver {
+ public:
+  explicit Deriver(const SimProgram& p)
+      : p_(p), slot_(p.items().size(), kUnplaced), state_(slot_), fused_(slot_.size(), 0) {}
+
+  StepCode derive() {
+    place_leaves_and_states();
+    for (EvalItem* root : p_.assert_items) walk_root(root);
+    for (EvalItem* root : p_.output_items) walk_root(root);
+    const size_t advance_entry = entries_.size();
+    for (auto m = p_.memories.rbegin(); m != p_.memories.rend(); ++m) walk_next(*m);
+    fuse_comparisons();
+    lay_out(advance_entry);
+    encode();
+    return std::move(out_);
+  }
+
+ private:
+  struct Frame {
+    EvalItem* item;
+    int next;
+  };
+
+  uint32_t new_slot(uint64_t value, uint8_t status) {
+    if (out_.values.size() >= kWalking) internal_error("file 'schedule_build':\ntoo many items\n");
+    out_.values.push_back(value);
+    out_.statuses.push_back(status);
+    return static_cast<uint32_t>(out_.values.size() - 1);
+  }
+
+  // Inputs are read only once ensured, so their status is 0 whenever it is
+  // read; a constant's never changes.
+  void place_leaves_and_states() {
+    for (const auto& owned : p_.items()) {
+      EvalItem* x = owned.get();
+      if (x->step_op() == OP_CONST || x->step_op() == OP_INPUT) {
+        slot_[x->number] = new_slot(word_of(x->value_kind, x->value), 0);
+        if (x->step_op() == OP_INPUT) out_.inputs.emplace_back(x, slot_[x->number]);
+      }
+    }
+    out_.states_begin = static_cast<uint32_t>(out_.values.size());
+    for (EvalItem* m : p_.memories) {
+      if (m->step_op() != OP_FIRST) state_[m->number] = new_slot(0, ST_NIL);
+    }
+    out_.first_states_begin = static_cast<uint32_t>(out_.values.size());
+    for (EvalItem* m : p_.memories) {
+      if (m->step_op() == OP_FIRST) state_[m->number] = new_slot(1, 0);
+    }
+    out_.code_begin = static_cast<uint32_t>(out_.values.size());
+  }
+
+  // EvalItem::ensure, with the entry of an item written where it would be
+  // computed.
+  void walk(EvalItem* x) {
+    if (slot_[x->number] != kUnplaced) return;
+    slot_[x->number] = kWalking;
+    stack_.push_back({x, 0});
+    while (!stack_.empty()) {
+      Frame& top = stack_.back();
+      EvalItem* item = top.item;
+      if (item->demands() && top.next < item->n_operands) {
+        EvalItem* operand = item->operands[top.next++];
+        if (slot_[operand->number] == kUnplaced) {
+          slot_[operand->number] = kWalking;
+          stack_.push_back({operand, 0});
+        }
+        continue;
+      }
+      stack_.pop_back();
+      if (!item->demands()) {
+        publish_state(item);
+        continue;
+      }
+      add_zeros(item);
+      slot_[item->number] = position_;
+      add(Entry::kCompute, item);
+    }
+  }
+
+  // A memory computes by copying its state, the status always and the
+  // value when defined, and no reader looks at an undefined value; nor is
+  // it ever read before it is computed, having no operand to wait for. So
+  // its readers read its state, which changes only once every next state
+  // is computed, and it takes no instruction.
+  void publish_state(EvalItem* memory) { slot_[memory->number] = state_[memory->number]; }
+
+  void walk_root(EvalItem* root) {
+    walk(root->operands[0]);
+    walk(root->operands[1]);
+    add_zeros(root);
+    add(Entry::kRoot, root);
+  }
+
+  void walk_next(EvalItem* memory) {
+    for (int j = 0; j < memory->n_operands; ++j) walk(memory->operands[j]);
+    if (memory->step_op() == OP_FIRST) add(Entry::kCheck, memory);
+    add_zeros(memory);
+    add(Entry::kNext, memory);
+  }
+
+  void add_zeros(EvalItem* item) {
+    for (int j = 0; j < item->n_operands; ++j) {
+      if (reads_as_zero(item->step_op(), *item, j)) add(Entry::kZero, item, j);
+    }
+  }
+
+  static bool takes_slot(const Entry& e) {
+    return e.what != Entry::kRoot && e.what != Entry::kNext;
+  }
+
+  void add(Entry::What what, EvalItem* item, int operand = 0) {
+    entries_.push_back({what, operand, item, position_});
+    if (takes_slot(entries_.back()) && out_.code_begin + ++position_ >= kWalking) {
+      internal_error("file 'schedule_build':\ntoo many items\n");
+    }
+  }
+
+  // A comparison that only its `if` reads, as its condition, is compared
+  // by the `if` itself: one instruction less. It still compares what it
+  // would have compared: read by no one else, it is reached from its `if`
+  // only, so it comes right after the `if` on the walk's stack, and each of
+  // its operands is either computed before it or still on the stack below
+  // the `if`, to be computed after it. An int `if` over a real branch
+  // keeps its own instruction, which takes the branch's low half.
+  void fuse_comparisons() {
+    std::vector<uint32_t> reads(slot_.size(), 0);
+    for (const Entry& e : entries_) {
+      if (e.what == Entry::kZero) continue;
+      const int n = e.what == Entry::kCheck ? 1 : e.item->n_operands;
+      for (int j = 0; j < n; ++j) ++reads[e.item->operands[j]->number];
+      // A first-instant flag's next state reads its own value.
+      if (e.what == Entry::kNext && e.item->step_op() == OP_FIRST) ++reads[e.item->number];
+    }
+    for (const Entry& e : entries_) {
+      if (e.what != Entry::kCompute || !is_choice(e.item->step_op())) continue;
+      const EvalItem& choice = *e.item;
+      const EvalItem& compare = *choice.operands[0];
+      const StepOp op = compare.step_op();
+      fused_[compare.number] =
+          fused_if(op) != OP_NONE && reads[compare.number] == 1 && !reads_as_zero(op, compare, 0) &&
+          !reads_as_zero(op, compare, 1) &&
+          !(choice.step_op() == OP_COND_I && (choice.operands[1]->value_kind == VK_REAL ||
+                                              choice.operands[2]->value_kind == VK_REAL));
+    }
+  }
+
+  bool is_fused(const Entry& e) const {
+    return e.what == Entry::kCompute && fused_[e.item->number];
+  }
+
+  /// Code positions in the walk's order, leaving out the fused comparisons.
+  void lay_out(size_t advance_entry) {
+    uint32_t next = 0;
+    for (size_t i = 0; i < entries_.size(); ++i) {
+      Entry& e = entries_[i];
+      if (i == advance_entry) out_.advance_begin = next;
+      if (e.what == Entry::kRoot) e.position = next;
+      if (takes_slot(e) && !is_fused(e)) e.position = next++;
+    }
+    if (advance_entry == entries_.size()) out_.advance_begin = next;
+    position_ = next;
+    for (const Entry& e : entries_) {
+      if (e.what == Entry::kCompute && !is_fused(e)) {
+        slot_[e.item->number] = out_.code_begin + e.position;
+      }
+    }
+  }
+
+  // The zero readings of an item come right before it, in operand order.
+  uint32_t operand_slot(const EvalItem& item, int j) {
+    if (reads_as_zero(item.step_op(), item, j)) return zeros_[next_zero_++];
+    return slot_[item.operands[j]->number];
+  }
+
+  void encode() {
+    out_.code.resize(position_);
+    out_.values.resize(out_.code_begin + position_, 0);
+    out_.statuses.resize(out_.code_begin + position_, ST_NIL);
+    for (const Entry& e : entries_) {
+      const EvalItem& item = *e.item;
+      switch (e.what) {
+        case Entry::kZero:
+          zeros_.push_back(out_.code_begin + e.position);
+          out_.code[e.position] = {OP_ZERO, slot_[item.operands[e.operand]->number], 0, 0, 0};
+          continue;
+        case Entry::kCheck:
+          out_.code[e.position] = {OP_CHECK_CLOCK, slot_[item.operands[0]->number], 0, 0, 0};
+          continue;
+        case Entry::kCompute: {
+          if (is_fused(e)) continue;
+          const uint32_t slot = slot_[item.number];
+          out_.values[slot] = word_of(item.value_kind, item.value);
+          out_.statuses[slot] = static_cast<uint8_t>(item.status);
+          out_.code[e.position] = compute(item);
+          break;
+        }
+        case Entry::kRoot:
+          out_.roots.push_back({static_cast<SampledEI*>(e.item), e.position, operand_slot(item, 0),
+                                operand_slot(item, 1)});
+          break;
+        case Entry::kNext:
+          out_.next.push_back(next_state(item));
+          break;
+      }
+      zeros_.clear();
+      next_zero_ = 0;
+    }
+  }
+
+  StepInstr compute(const EvalItem& item) {
+    const StepOp op = item.step_op();
+    switch (op) {
+      case OP_COND_I:
+      case OP_COND_R:
+      case OP_COND_N:
+        if (fused_[item.operands[0]->number]) {
+          const EvalItem& compare = *item.operands[0];
+          return {fused_if(compare.step_op()), slot_[compare.operands[0]->number],
+                  slot_[compare.operands[1]->number], operand_slot(item, 1), operand_slot(item, 2)};
+        }
+        break;
+      case OP_UNARY_CALL:
+        out_.unary.push_back(static_cast<const UFUNC_double_EI&>(item).op.function);
+        return {op, operand_slot(item, 0), static_cast<uint32_t>(out_.unary.size() - 1), 0, 0};
+      case OP_BINARY_CALL:
+        out_.binary.push_back(static_cast<const BFUNC_double_EI&>(item).op.function);
+        return {op, operand_slot(item, 0), operand_slot(item, 1),
+                static_cast<uint32_t>(out_.binary.size() - 1), 0};
+      case OP_AT_MOST_ONE:
+      case OP_NONE_TRUE: {
+        const auto begin = static_cast<uint32_t>(out_.lists.size());
+        for (int j = 0; j < item.n_operands; ++j) out_.lists.push_back(operand_slot(item, j));
+        return {op, begin, static_cast<uint32_t>(item.n_operands), 0, 0};
+      }
+      case OP_NONE:
+      case OP_CONST:
+      case OP_INPUT:
+      case OP_OUTPUT_I:
+      case OP_OUTPUT_R:
+      case OP_OUTPUT_N:
+      case OP_LAST_I:
+      case OP_LAST_R:
+      case OP_LAST_N:
+      case OP_FIRST:
+      case OP_ZERO:
+      case OP_CHECK_CLOCK:
+      case OP_LAST_NEXT_I:
+      case OP_LAST_NEXT_W:
+      case OP_FIRST_NEXT:
+        internal_error("file 'schedule_build':\nno instruction for operation %d\n", op);
+      default:
+        break;
+    }
+    StepInstr instr{op, 0, 0, 0, 0};
+    uint32_t* fields[] = {&instr.a, &instr.b, &instr.c};
+    for (int j = 0; j < item.n_operands; ++j) *fields[j] = operand_slot(item, j);
+    return instr;
+  }
+
+  StepInstr next_state(const EvalItem& memory) {
+    const uint32_t state = state_[memory.number];
+    switch (memory.step_op()) {
+      case OP_FIRST:
+        return {OP_FIRST_NEXT, slot_[memory.number], operand_slot(memory, 0), state, 0};
+      case OP_LAST_I:
+        return {OP_LAST_NEXT_I, operand_slot(memory, 0), operand_slot(memory, 1), state, 0};
+      default:
+        return {OP_LAST_NEXT_W, operand_slot(memory, 0), operand_slot(memory, 1), state, 0};
+    }
+  }
+
+  const SimProgram& p_;
+  StepCode out_;
+  /// By item number: the slot of its value, or kUnplaced or kWalking.
+  std::vector<uint32_t> slot_;
+  /// By item number, for the memories: the slot of their state.
+  std::vector<uint32_t> state_;
+  /// By item number: a comparison its `if` makes.
+  std::vector<uint8_t> fused_;
+  std::vector<Frame> stack_;
+  std::vector<Entry> entries_;
+  uint32_t position_ = 0;
+  std::vector<uint32_t> zeros_;
+  size_t next_zero_ = 0;
+};
+
+}  // namespace
+
+StepCode derive_step_code(const SimProgram& program) {
+  return Deriver(program).derive();
+}
