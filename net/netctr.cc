@@ -53,9 +53,8 @@ unsigned NetCtr::bucket(const Exp* node) {
                  op_name(node->op));
 }
 
-NetCtr::Cell* NetCtr::put_in_hash_tab(Exp* node) {
-  Cell*& head = buckets_[bucket(node)];
-  cells_.push_back(Cell{head ? head->length + 1 : 1, node, head});
-  head = &cells_.back();
+NetCtr::Cell NetCtr::put_in_hash_tab(Exp* node) {
+  Cell& head = heads_[bucket(node)];
+  head = Cell{head.length + 1, node, head.node};
   return head;
 }
