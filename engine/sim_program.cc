@@ -11,6 +11,9 @@ SimProgram::SimProgram(const char* path, SymbolTable* table, const LoadOptions& 
     std::fprintf(stderr, "No node to simulate in '%s'\n", path);
     end_process(1);
   }
+  // Only the final nodes are built; the normal form behind them would
+  // double the memory a large program takes.
+  net->release_normal_form();
   if (build_eval(*this) != 0) end_process(1);
 }
 

@@ -239,6 +239,7 @@ void Net::add_assert(Exp* e) {
 void Net::define(int name, Exp* e) {
   IdentInfo* info = ident_info(name);
   if (!info) error("Net::define : undeclared variable '%s'\n", strings->text(name));
+  if (info->kind != ID_OUTPUT && info->kind != ID_LOCAL) defines_other_ = true;
   info->def = e;
   e->type = info->type;
   e->clock = info->clock;
@@ -265,8 +266,7 @@ FuncInfo* Net::func_info(int name) {
 
 Exp* Net::new_node(Exp&& e) {
   made_size_ += 1 + e.operands.size();
-  nodes_.push_back(std::move(e));
-  return &nodes_.back();
+  return operators_->add(std::move(e));
 }
 
 Exp* Net::new_leaf(OpKind op, int ident, QvType* type, int clock) {
@@ -275,7 +275,8 @@ Exp* Net::new_leaf(OpKind op, int ident, QvType* type, int clock) {
   e.ident = ident;
   e.type = type;
   e.clock = clock;
-  return new_node(std::move(e));
+  made_size_ += 1;
+  return leaves_.add(std::move(e));
 }
 
 Exp* Net::new_exp(OpKind op, std::vector<Exp*> operands, int param) {
@@ -285,7 +286,7 @@ Exp* Net::new_exp(OpKind op, std::vector<Exp*> operands, int param) {
                    need, static_cast<int>(operands.size()));
   Exp e;
   e.op = op;
-  e.operands = std::move(operands);
+  e.operands = operators_->operands(operands.data(), operands.size());
   e.param = param;
   return new_node(std::move(e));
 }
@@ -311,19 +312,40 @@ void check_coefficients(const char* maker, size_t coefs, size_t operands) {
 Exp* Net::new_icl(std::vector<Exp*> operands, std::vector<int> coefs, int constant) {
   check_coefficients("new_icl", coefs.size(), operands.size());
   Exp* e = new_exp(ICL_n, std::move(operands));
-  e->icoefs = std::move(coefs);
-  e->iconst = constant;
+  LinearForm& form = linear_forms_.emplace_back();
+  form.icoefs = std::move(coefs);
+  form.iconst = constant;
+  e->linear = &form;
   return e;
 }
 
 Exp* Net::new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract constant) {
   check_coefficients("new_rcl", coefs.size(), operands.size());
   Exp* e = new_exp(RCL_n, std::move(operands));
-  e->rcoefs = std::move(coefs);
-  e->rconst = constant;
+  LinearForm& form = linear_forms_.emplace_back();
+  form.rcoefs = std::move(coefs);
+  form.rconst = constant;
+  e->linear = &form;
   return e;
 }
 
 Exp* Net::new_blank() {
   return new_node(Exp{});
+}
+
+Operands Net::copy_operands(const Operands& operands) {
+  return operators_->operands(operands.data(), operands.size());
+}
+
+// The definitions of outputs, locals and assertions are the reader's
+// nodes: they are cleared, and the normalised forms stand for them.
+bool Net::release_parsed() {
+  if (defines_other_) return false;
+  for (IndexList* names : {outputs, locals, asserts}) {
+    for (const IndexList* n = names; n; n = n->next) {
+      if (IdentInfo* info = ident_info(n->value)) info->def = nullptr;
+    }
+  }
+  parsed_.clear();
+  return true;
 }

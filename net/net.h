@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "net/exp.h"
+#include "net/node_store.h"
 #include "support/chunk_array.h"
 #include "support/index_list.h"
 #include "support/string_table.h"
@@ -139,6 +140,8 @@ class Net {
   Exp* new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract constant);
   /// A blank ERROR_n node (see NetCtr).
   Exp* new_blank();
+  /// A copy of an operand array, held with the nodes being made.
+  Operands copy_operands(const Operands& operands);
   /// Nodes made so far plus the operands they hold: what the net has grown by.
   size_t made_size() const { return made_size_; }
 
@@ -183,6 +186,14 @@ class Net {
   /// All descriptors, newest first.
   QvType* types = nullptr;
 
+ protected:
+  /// Where operator and blank nodes are made from now on.
+  void make_operators_in(NodeStore* store) { operators_ = store; }
+  /// Frees the operator nodes the reader made, once the normalised net
+  /// stands for them; false, freeing nothing, when some name that is not
+  /// normalised was given an equation and still refers to them.
+  bool release_parsed();
+
  private:
   IdentInfo* new_ident(int name, IdentKind kind, QvType* type, int clock);
   /// A blank descriptor at the head of `types`.
@@ -193,7 +204,9 @@ class Net {
   /// "name : type; ..." of a parameter list alternating names and types.
   void write_params(const IndexList* params, PtyStream& out);
 
-  std::deque<Exp> nodes_;
+  /// Leaves live as long as the net; operator nodes go to `operators_`.
+  NodeStore leaves_;
+  std::deque<LinearForm> linear_forms_;
   std::deque<QvType> type_store_;
   /// Named types by name, tuple types by their members' type names.
   ChunkArray<QvType*> named_types_{200, true};
@@ -202,4 +215,8 @@ class Net {
   std::deque<FuncInfo> func_store_;
   std::vector<std::unique_ptr<IndexList>> tuple_name_lists_;
   size_t made_size_ = 0;
+  NodeStore parsed_;
+  NodeStore* operators_ = &parsed_;
+  /// An input or a constant was given an equation.
+  bool defines_other_ = false;
 };

@@ -22,6 +22,8 @@ void NetCtr::update(Exp* target, Exp* source) {
     internal_error("file 'netctr':\nbuild_net : NetCtr::update : already updated expression");
   }
   *target = *source;
+  // The caller redirects the copy's operands; the source keeps its own.
+  target->operands = net->copy_operands(source->operands);
 }
 
 // The kind does not enter the bucket, only its operands, taken by arity.

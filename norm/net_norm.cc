@@ -7,9 +7,11 @@ NormNet::NormNet(SymbolTable* strings, const LoadOptions& options)
 
 void NormNet::build() {
   verbose("start normalisation ... ");
+  make_operators_in(&normal_);
   normalise_all();
   check_references(outputs);
   check_references(locals);
+  release_parsed();
   verbose("done\n");
   if (bool_opt) verbose("Bool optimization : %d -> %d nodes\n", n_requests, n_nodes);
   if (mode < 0 || mode > 3) error("unknown option");
@@ -18,6 +20,7 @@ void NormNet::build() {
   } else {
     minimal_network();
   }
+  make_operators_in(&reps_);
   rebuild();
 }
 
@@ -160,7 +163,27 @@ Exp* NormNet::through_ref(Exp* e) {
   return e;
 }
 
+void NormNet::release_normal_form() {
+  normal_.clear();
+  std::deque<Cell>().swap(cells_);
+  made = nullptr;
+  for (std::vector<Exp*>* table :
+       {&init_memo, &activation_memo, &xdef, &held_def, &resolved_, &class_reps}) {
+    std::vector<Exp*>().swap(*table);
+  }
+  std::vector<Cell*>().swap(class_lists);
+  std::vector<char>().swap(on_walk_);
+  released_ = true;
+}
+
+void NormNet::check_normal_form(const char* operation) const {
+  if (released_) {
+    internal_error("file 'net_norm':\nNormNet::%s : the normal form was released\n", operation);
+  }
+}
+
 Exp* NormNet::final_exp(int name) {
+  check_normal_form("final_exp");
   const bool normalised = name > 0 && static_cast<size_t>(name) < held_def.size() &&
                           held_def[name] != nullptr;
   if (!normalised) {

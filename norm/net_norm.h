@@ -42,6 +42,10 @@ class NormNet : public Net {
   Exp* through_ref(Exp* e);
   /// The node the evaluation graph uses for a name.
   Exp* final_exp(int name);
+  /// Frees the normalised nodes and the tables that lead from names to
+  /// them, leaving the representatives and the leaves: for a caller that
+  /// has taken the final nodes and wants no dump of the normal form.
+  void release_normal_form();
   void print();
 
   // Minimal network.
@@ -79,6 +83,8 @@ class NormNet : public Net {
   /// Marks a name as being walked; true when it already was (a cycle).
   bool enter_walk(int name);
   void leave_walk(const std::vector<int>& names);
+  /// Stops the process when the normal form was released.
+  void check_normal_form(const char* operation) const;
 
   std::deque<Cell> cells_;
   /// Bound on made_size() while normalising; 0 = none.
@@ -89,6 +95,10 @@ class NormNet : public Net {
   std::vector<Exp*> resolved_;
   /// Names on the chain being walked by through_ref or activation.
   std::vector<char> on_walk_;
+  /// The nodes made by normalising, and the representatives.
+  NodeStore normal_;
+  NodeStore reps_;
+  bool released_ = false;
 };
 
 namespace net_norm {
