@@ -2,8 +2,6 @@
 // computed on demand at most once per step.
 #pragma once
 
-#include <memory>
-
 #include "engine/eval_value.h"
 
 class EvalItem {
@@ -12,7 +10,7 @@ class EvalItem {
   EvalItem(int n_operands, int kind);
   EvalItem(const EvalItem&) = delete;
   EvalItem& operator=(const EvalItem&) = delete;
-  virtual ~EvalItem() = default;
+  virtual ~EvalItem();
 
   virtual void reset() {}
   /// Ensures the operands this class reads, then combines them.
@@ -34,8 +32,9 @@ class EvalItem {
   /// Re-initialises this item and everything below it that was computed.
   void reset_walk();
 
+  /// The operands; those of an item with at most two live in the item.
+  EvalItem** operands;
   int n_operands;
-  std::unique_ptr<EvalItem*[]> operands;
   int value_kind;
   EvalValue value{};
   unsigned status = ST_NIL;
@@ -52,6 +51,9 @@ class EvalItem {
 
   /// Ensures every operand, in order.
   void ensure_operands(unsigned step);
+
+ private:
+  EvalItem* few_[2] = {};
 };
 
 /// A clock read by an output, assertion or memory must be defined; a nil

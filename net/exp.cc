@@ -15,7 +15,7 @@ MarkList& MarkList::operator=(const MarkList& other) {
   clear();
   Mark** tail = &head_;
   for (const Mark* m = other.head_; m; m = m->next) {
-    *tail = new Mark{m->key, m->value, nullptr};
+    *tail = new Mark(m->key, m->value, nullptr);
     tail = &(*tail)->next;
   }
   return *this;
@@ -38,7 +38,7 @@ void MarkList::set(int key, std::intptr_t value) {
   if (*at && (*at)->key == key) {
     (*at)->value = value;
   } else {
-    *at = new Mark{key, value, *at};
+    *at = new Mark(key, value, *at);
   }
 }
 

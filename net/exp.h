@@ -9,6 +9,7 @@
 
 #include "net/op_kind.h"
 #include "support/fract.h"
+#include "support/small_nodes.h"
 
 struct Exp;
 struct QvType;
@@ -61,7 +62,8 @@ class MarkList {
   size_t size() const;
 
  private:
-  struct Mark {
+  struct Mark : FromSmallNodes<Mark> {
+    Mark(int key, std::intptr_t value, Mark* next) : key(key), value(value), next(next) {}
     int key;
     std::intptr_t value;
     Mark* next;

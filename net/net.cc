@@ -137,7 +137,8 @@ IdentInfo* Net::new_ident(int name, IdentKind kind, QvType* type, int clock) {
   info.kind = kind;
   info.type = type;
   info.clock = clock;
-  *idents.chunk_at(name) = NameRecord{&info, nullptr};
+  *idents.chunk_at(name) = &info;
+  funcs_.erase(name);
   return &info;
 }
 
@@ -160,7 +161,8 @@ void Net::add_usr_proc(int name, QvType* in_type, QvType* out_type, IndexList* i
   f.out_type = out_type;
   f.in_params = in_params;
   f.out_params = out_params;
-  *idents.chunk_at(name) = NameRecord{nullptr, &f};
+  *idents.chunk_at(name) = nullptr;
+  funcs_[name] = &f;
   IndexList::append(&usr_procs, name);
   ++n_usr_procs;
 }
@@ -250,16 +252,22 @@ void Net::define_tuple(IndexList* names, Exp* e) {
   int position = 0;
   for (IndexList* n = names; n; n = n->next) {
     define(n->value, new_proj(e, ++position));
-    ident_info(n->value)->tuple_names = names;
+    tuple_names_[n->value] = names;
   }
 }
 
 IdentInfo* Net::ident_info(int name) {
-  return name > 0 ? idents.chunk_at(name)->ident : nullptr;
+  return name > 0 ? *idents.chunk_at(name) : nullptr;
 }
 
 FuncInfo* Net::func_info(int name) {
-  return name > 0 ? idents.chunk_at(name)->func : nullptr;
+  auto at = funcs_.find(name);
+  return at == funcs_.end() ? nullptr : at->second;
+}
+
+const IndexList* Net::tuple_names(int name) const {
+  auto at = tuple_names_.find(name);
+  return at == tuple_names_.end() ? nullptr : at->second;
 }
 
 // ---- Nodes ----

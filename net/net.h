@@ -5,6 +5,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include "net/exp.h"
@@ -49,22 +50,20 @@ enum IdentKind {
 };
 
 struct IdentInfo {
-  int name = 0;
-  /// String number of the clock identifier; the base clock is "true".
-  int clock = -1;
-  QvType* type = nullptr;
-  IdentKind kind = ID_PREDEF_CONST;
-  /// User and enum constants: index in usr_consts; int literal: its value.
-  int value = 0;
-  /// Real literal: its value, single precision as the literal carries it.
-  float real_value = 0;
-  /// Output or local defined by a tuple equation: all names on its left.
-  const IndexList* tuple_names = nullptr;
   /// The leaf itself for inputs and constants; the equation's right side
   /// for outputs and locals; the asserted expression for assertions.
   Exp* def = nullptr;
   /// The leaf that stands for the identifier inside expressions.
   Exp* ref = nullptr;
+  QvType* type = nullptr;
+  int name = 0;
+  /// String number of the clock identifier; the base clock is "true".
+  int clock = -1;
+  IdentKind kind = ID_PREDEF_CONST;
+  /// User and enum constants: index in usr_consts; int literal: its value.
+  int value = 0;
+  /// Real literal: its value, single precision as the literal carries it.
+  float real_value = 0;
   /// Position within inputs, outputs, locals or an enumeration; -1 otherwise.
   int number = -1;
 
@@ -86,12 +85,6 @@ struct FuncInfo {
   ~FuncInfo();
   int get_usr_proc_index() const;
   int get_usr_func_index() const;
-};
-
-/// What a name stands for; a later declaration replaces an earlier one.
-struct NameRecord {
-  IdentInfo* ident = nullptr;
-  FuncInfo* func = nullptr;
 };
 
 class Net {
@@ -129,6 +122,9 @@ class Net {
   void define_tuple(IndexList* names, Exp* e);
   IdentInfo* ident_info(int name);
   FuncInfo* func_info(int name);
+  /// Output or local defined by a tuple equation: all names on its left;
+  /// null otherwise.
+  const IndexList* tuple_names(int name) const;
   void set_node_name(int name) { node_name = name; }
 
   // Nodes, all owned by the net.
@@ -167,7 +163,9 @@ class Net {
   Exp* nil_exp;
   SymbolTable* strings;
   int node_name = 0;
-  ChunkArray<NameRecord> idents{200, true};
+  /// What a name stands for, a later declaration replacing an earlier
+  /// one: an identifier here, or a function in `funcs_`.
+  ChunkArray<IdentInfo*> idents{200, true};
   IndexList* inputs = nullptr;
   IndexList* outputs = nullptr;
   IndexList* locals = nullptr;
@@ -214,6 +212,8 @@ class Net {
   std::deque<IdentInfo> ident_store_;
   std::deque<FuncInfo> func_store_;
   std::vector<std::unique_ptr<IndexList>> tuple_name_lists_;
+  std::unordered_map<int, FuncInfo*> funcs_;
+  std::unordered_map<int, const IndexList*> tuple_names_;
   size_t made_size_ = 0;
   NodeStore parsed_;
   NodeStore* operators_ = &parsed_;

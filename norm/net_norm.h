@@ -5,6 +5,7 @@
 #pragma once
 
 #include <deque>
+#include <unordered_map>
 #include <vector>
 
 #include "net/net.h"
@@ -64,8 +65,9 @@ class NormNet : public Net {
   /// 0 to 2: minimal network; 3: one class per node.
   int mode;
   NetCtr ctr{this};
-  std::vector<Exp*> init_memo;
-  std::vector<Exp*> activation_memo;
+  /// By clock name; programs have few clocks and many names.
+  std::unordered_map<int, Exp*> init_memo;
+  std::unordered_map<int, Exp*> activation_memo;
   std::vector<Exp*> xdef;
   std::vector<Exp*> held_def;
   /// Newest first.

@@ -18,12 +18,15 @@ PNetInterface::~PNetInterface() = default;
 
 int PNetInterface::build(const char* path, SymbolTable* table, const LoadOptions& options) {
   net = std::make_unique<NormNet>(table, options);
-  std::vector<EquationPlace> equations;
-  if (QvParse(net.get(), table, path, &equations) != 0) {
-    std::fprintf(stderr, "syntax errors...\n");
-    return 1;
+  {
+    // Where each equation was read matters for the warnings alone.
+    std::vector<EquationPlace> equations;
+    if (QvParse(net.get(), table, path, &equations) != 0) {
+      std::fprintf(stderr, "syntax errors...\n");
+      return 1;
+    }
+    check_operand_kinds(*net, path, equations);
   }
-  check_operand_kinds(*net, path, equations);
   net->build();
 
   input_nodes.assign(net->n_inputs, nullptr);
