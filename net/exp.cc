@@ -1,5 +1,6 @@
 #include "net/exp.h"
 
+#include <deque>
 #include <utility>
 
 #include "support/diagnostics.h"
@@ -46,6 +47,26 @@ size_t MarkList::size() const {
   size_t n = 0;
   for (const Mark* m = head_; m; m = m->next) ++n;
   return n;
+}
+
+namespace {
+
+std::deque<LinearForm>& linear_forms() {
+  static std::deque<LinearForm> forms;
+  return forms;
+}
+
+}  // namespace
+
+int keep_linear_form(LinearForm form) {
+  linear_forms().push_back(std::move(form));
+  return static_cast<int>(linear_forms().size());
+}
+
+const LinearForm* Exp::linear_form() const {
+  if (op_arity(op) != AR_LINEAR || param <= 0) return nullptr;
+  if (static_cast<size_t>(param) > linear_forms().size()) return nullptr;
+  return &linear_forms()[param - 1];
 }
 
 int Exp::projection_order() const {

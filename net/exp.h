@@ -83,13 +83,15 @@ struct LinearForm {
   Fract rconst;
 };
 
+/// Keeps a linear form for the life of the process; returns its number.
+/// Few nodes have one, so it is not worth a field in every node.
+int keep_linear_form(LinearForm form);
+
 struct Exp {
   /// Type of the node's value; null = not yet computed (see Net::type).
   QvType* type = nullptr;
   Operands operands;
   MarkList marks;
-  /// RCL_n and ICL_n only; held by the net.
-  const LinearForm* linear = nullptr;
   /// String number of the clock identifier; -1 = not yet computed.
   int clock = -1;
   /// Pass key of the last traversal that finished this node.
@@ -98,7 +100,8 @@ struct Exp {
   int class_no = 0;
   /// String number of the node's identifier; 0 = anonymous.
   int ident = 0;
-  /// PROJ_n: 1-based member position; CALL_n: function's string number.
+  /// PROJ_n: 1-based member position; CALL_n: function's string number;
+  /// RCL_n and ICL_n: the number of the linear form, from 1 (0 = none).
   int param = 0;
   OpKind op = ERROR_n;
 
@@ -109,6 +112,8 @@ struct Exp {
   std::intptr_t get_mark(int key) const { return marks.get(key); }
   void set_mark(int key, std::intptr_t value) { marks.set(key, value); }
 
+  /// The coefficients of an RCL_n or ICL_n node, or null.
+  const LinearForm* linear_form() const;
   int projection_order() const;
   int function_name() const;
 

@@ -319,22 +319,18 @@ void check_coefficients(const char* maker, size_t coefs, size_t operands) {
 
 Exp* Net::new_icl(std::vector<Exp*> operands, std::vector<int> coefs, int constant) {
   check_coefficients("new_icl", coefs.size(), operands.size());
-  Exp* e = new_exp(ICL_n, std::move(operands));
-  LinearForm& form = linear_forms_.emplace_back();
+  LinearForm form;
   form.icoefs = std::move(coefs);
   form.iconst = constant;
-  e->linear = &form;
-  return e;
+  return new_exp(ICL_n, std::move(operands), keep_linear_form(std::move(form)));
 }
 
 Exp* Net::new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract constant) {
   check_coefficients("new_rcl", coefs.size(), operands.size());
-  Exp* e = new_exp(RCL_n, std::move(operands));
-  LinearForm& form = linear_forms_.emplace_back();
+  LinearForm form;
   form.rcoefs = std::move(coefs);
   form.rconst = constant;
-  e->linear = &form;
-  return e;
+  return new_exp(RCL_n, std::move(operands), keep_linear_form(std::move(form)));
 }
 
 Exp* Net::new_blank() {

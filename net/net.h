@@ -204,7 +204,6 @@ class Net {
 
   /// Leaves live as long as the net; operator nodes go to `operators_`.
   NodeStore leaves_;
-  std::deque<LinearForm> linear_forms_;
   std::deque<QvType> type_store_;
   /// Named types by name, tuple types by their members' type names.
   ChunkArray<QvType*> named_types_{200, true};

@@ -183,10 +183,11 @@ class ExpPrinter {
     }
   }
 
-  // A linear form copied by kind alone has no coefficients of its own.
+  // A linear form made by kind alone has no coefficients.
   static const LinearForm& linear_form(const Exp& e) {
     static const LinearForm none;
-    return e.linear ? *e.linear : none;
+    const LinearForm* form = e.linear_form();
+    return form ? *form : none;
   }
 
   // c0*x0 +c1*x1 ... +k, with unit coefficients and a zero constant elided;
