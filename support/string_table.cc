@@ -69,7 +69,10 @@ uint32_t& StringHash::slot_of(std::string_view text, size_t hash) {
   const size_t mask = index_.size() - 1;
   for (size_t at = hash & mask;; at = (at + 1) & mask) {
     uint32_t& slot = index_[at];
-    if (slot == 0 || this->text(static_cast<int>(slot)) == text) return slot;
+    if (slot == 0) return slot;
+    // Compared without measuring the stored text first.
+    const char* stored = this->text(static_cast<int>(slot));
+    if (strncmp(stored, text.data(), text.size()) == 0 && stored[text.size()] == '\0') return slot;
   }
 }
 
