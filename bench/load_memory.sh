@@ -44,7 +44,7 @@ for shape in $shapes; do
     if [ -n "$base" ]; then
       set -- $(measure "$base" "$dir/p.qv")
       printf ' %9s %10d %8d %7s %7s' "$1" "$2" $(($2 * 1024 / n)) \
-        "$(awk -v a="$secs" -v b="$1" 'BEGIN { printf "%.2f", b > 0 ? a / b : 0 }')" \
+        "$(awk -v a="$secs" -v b="$1" 'BEGIN { printf "%.2f", (b > 0 ? a / b : 0) }')" \
         "$(awk -v a="$kib" -v b="$2" 'BEGIN { printf "%.2f", a / b }')"
     fi
     echo
