@@ -3,6 +3,7 @@
 // operand back to the node (through a memory) finds it.
 #include <cstdint>
 #include <cstdio>
+#include <deque>
 #include <iterator>
 #include <optional>
 #include <vector>
@@ -266,7 +267,8 @@ EvalItem* make_output(SimProgram& p, QvType* type, EvalItem* const operands[2]) 
 // without exhausting the C stack.
 EvalItem* build_item(SimProgram& p, Exp* e) {
   if (EvalItem* item = built(p, e)) return item;
-  std::vector<Frame> stack(1);
+  // As deep as the longest chain: a deque grows without copying it.
+  std::deque<Frame> stack(1);
   EvalItem* root = start_item(p, e, &stack[0]);
   if (!root) return nullptr;
   while (!stack.empty()) {

@@ -48,8 +48,14 @@ class WalkFrames {
 
 }  // namespace
 
+// Most items have one or two operands: a separate array would cost more
+// than the item's own fields.
 EvalItem::EvalItem(int n, int kind)
-    : n_operands(n), operands(new EvalItem*[n]()), value_kind(kind) {}
+    : operands(n <= 2 ? few_ : new EvalItem*[n]()), n_operands(n), value_kind(kind) {}
+
+EvalItem::~EvalItem() {
+  if (operands != few_) delete[] operands;
+}
 
 void EvalItem::compute(unsigned) {
   error("EvalItem::compute is only virtual\n");

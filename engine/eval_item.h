@@ -2,8 +2,6 @@
 // computed on demand at most once per step.
 #pragma once
 
-#include <memory>
-
 #include "engine/eval_value.h"
 #include "engine/step_op.h"
 
@@ -13,7 +11,7 @@ class EvalItem {
   EvalItem(int n_operands, int kind);
   EvalItem(const EvalItem&) = delete;
   EvalItem& operator=(const EvalItem&) = delete;
-  virtual ~EvalItem() = default;
+  virtual ~EvalItem();
 
   virtual void reset() {}
   /// Ensures the operands this class reads, then combines them.
@@ -40,8 +38,9 @@ class EvalItem {
   /// False for the memories, whose `compute` reads no operand.
   bool demands() const { return demands_operands; }
 
+  /// The operands; those of an item with at most two live in the item.
+  EvalItem** operands;
   int n_operands;
-  std::unique_ptr<EvalItem*[]> operands;
   int value_kind;
   /// The item's place among its program's items, in the order they were
   /// made; -1 for an item no program owns.
@@ -61,6 +60,9 @@ class EvalItem {
 
   /// Ensures every operand, in order.
   void ensure_operands(unsigned step);
+
+ private:
+  EvalItem* few_[2] = {};
 };
 
 /// A clock read by an output, assertion or memory must be defined; a nil

@@ -13,6 +13,9 @@ SimProgram::SimProgram(const char* path, SymbolTable* table, const LoadOptions& 
     end_process(1);
   }
   begin_phase("build");
+  // Only the final nodes are built; the normal form behind them would
+  // double the memory a large program takes.
+  net->release_normal_form();
   if (build_eval(*this) != 0) end_process(1);
   schedule_.emplace(derive_step_code(*this));
   end_phase();

@@ -1,6 +1,7 @@
 #include "net/exp.h"
 
-#include <algorithm>
+#include <deque>
+#include <utility>
 
 #include "support/diagnostics.h"
 
@@ -10,22 +11,62 @@ int new_pass_key() {
   return ++last_key;
 }
 
-std::intptr_t Exp::get_mark(int key) const {
-  for (const auto& [k, value] : marks) {
-    if (k < key) break;
-    if (k == key) return value;
+MarkList& MarkList::operator=(const MarkList& other) {
+  if (this == &other) return *this;
+  clear();
+  Mark** tail = &head_;
+  for (const Mark* m = other.head_; m; m = m->next) {
+    *tail = new Mark(m->key, m->value, nullptr);
+    tail = &(*tail)->next;
+  }
+  return *this;
+}
+
+void MarkList::clear() {
+  while (head_) delete std::exchange(head_, head_->next);
+}
+
+std::intptr_t MarkList::get(int key) const {
+  for (const Mark* m = head_; m && m->key >= key; m = m->next) {
+    if (m->key == key) return m->value;
   }
   return 0;
 }
 
-void Exp::set_mark(int key, std::intptr_t value) {
-  auto at =
-      std::find_if(marks.begin(), marks.end(), [key](const auto& m) { return m.first <= key; });
-  if (at != marks.end() && at->first == key) {
-    at->second = value;
+void MarkList::set(int key, std::intptr_t value) {
+  Mark** at = &head_;
+  while (*at && (*at)->key > key) at = &(*at)->next;
+  if (*at && (*at)->key == key) {
+    (*at)->value = value;
   } else {
-    marks.insert(at, {key, value});
+    *at = new Mark(key, value, *at);
   }
+}
+
+size_t MarkList::size() const {
+  size_t n = 0;
+  for (const Mark* m = head_; m; m = m->next) ++n;
+  return n;
+}
+
+namespace {
+
+std::deque<LinearForm>& linear_forms() {
+  static std::deque<LinearForm> forms;
+  return forms;
+}
+
+}  // namespace
+
+int keep_linear_form(LinearForm form) {
+  linear_forms().push_back(std::move(form));
+  return static_cast<int>(linear_forms().size());
+}
+
+const LinearForm* Exp::linear_form() const {
+  if (op_arity(op) != AR_LINEAR || param <= 0) return nullptr;
+  if (static_cast<size_t>(param) > linear_forms().size()) return nullptr;
+  return &linear_forms()[param - 1];
 }
 
 int Exp::projection_order() const {

@@ -137,7 +137,8 @@ IdentInfo* Net::new_ident(int name, IdentKind kind, QvType* type, int clock) {
   info.kind = kind;
   info.type = type;
   info.clock = clock;
-  *idents.chunk_at(name) = NameRecord{&info, nullptr};
+  *idents.chunk_at(name) = &info;
+  funcs_.erase(name);
   return &info;
 }
 
@@ -160,7 +161,8 @@ void Net::add_usr_proc(int name, QvType* in_type, QvType* out_type, IndexList* i
   f.out_type = out_type;
   f.in_params = in_params;
   f.out_params = out_params;
-  *idents.chunk_at(name) = NameRecord{nullptr, &f};
+  *idents.chunk_at(name) = nullptr;
+  funcs_[name] = &f;
   IndexList::append(&usr_procs, name);
   ++n_usr_procs;
 }
@@ -239,6 +241,7 @@ void Net::add_assert(Exp* e) {
 void Net::define(int name, Exp* e) {
   IdentInfo* info = ident_info(name);
   if (!info) error("Net::define : undeclared variable '%s'\n", strings->text(name));
+  if (info->kind != ID_OUTPUT && info->kind != ID_LOCAL) defines_other_ = true;
   info->def = e;
   e->type = info->type;
   e->clock = info->clock;
@@ -249,24 +252,29 @@ void Net::define_tuple(IndexList* names, Exp* e) {
   int position = 0;
   for (IndexList* n = names; n; n = n->next) {
     define(n->value, new_proj(e, ++position));
-    ident_info(n->value)->tuple_names = names;
+    tuple_names_[n->value] = names;
   }
 }
 
 IdentInfo* Net::ident_info(int name) {
-  return name > 0 ? idents.chunk_at(name)->ident : nullptr;
+  return name > 0 ? *idents.chunk_at(name) : nullptr;
 }
 
 FuncInfo* Net::func_info(int name) {
-  return name > 0 ? idents.chunk_at(name)->func : nullptr;
+  auto at = funcs_.find(name);
+  return at == funcs_.end() ? nullptr : at->second;
+}
+
+const IndexList* Net::tuple_names(int name) const {
+  auto at = tuple_names_.find(name);
+  return at == tuple_names_.end() ? nullptr : at->second;
 }
 
 // ---- Nodes ----
 
 Exp* Net::new_node(Exp&& e) {
   made_size_ += 1 + e.operands.size();
-  nodes_.push_back(std::move(e));
-  return &nodes_.back();
+  return operators_->add(std::move(e));
 }
 
 Exp* Net::new_leaf(OpKind op, int ident, QvType* type, int clock) {
@@ -275,7 +283,8 @@ Exp* Net::new_leaf(OpKind op, int ident, QvType* type, int clock) {
   e.ident = ident;
   e.type = type;
   e.clock = clock;
-  return new_node(std::move(e));
+  made_size_ += 1;
+  return leaves_.add(std::move(e));
 }
 
 Exp* Net::new_exp(OpKind op, std::vector<Exp*> operands, int param) {
@@ -285,7 +294,7 @@ Exp* Net::new_exp(OpKind op, std::vector<Exp*> operands, int param) {
                    need, static_cast<int>(operands.size()));
   Exp e;
   e.op = op;
-  e.operands = std::move(operands);
+  e.operands = operators_->operands(operands.data(), operands.size());
   e.param = param;
   return new_node(std::move(e));
 }
@@ -310,20 +319,37 @@ void check_coefficients(const char* maker, size_t coefs, size_t operands) {
 
 Exp* Net::new_icl(std::vector<Exp*> operands, std::vector<int> coefs, int constant) {
   check_coefficients("new_icl", coefs.size(), operands.size());
-  Exp* e = new_exp(ICL_n, std::move(operands));
-  e->icoefs = std::move(coefs);
-  e->iconst = constant;
-  return e;
+  LinearForm form;
+  form.icoefs = std::move(coefs);
+  form.iconst = constant;
+  return new_exp(ICL_n, std::move(operands), keep_linear_form(std::move(form)));
 }
 
 Exp* Net::new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract constant) {
   check_coefficients("new_rcl", coefs.size(), operands.size());
-  Exp* e = new_exp(RCL_n, std::move(operands));
-  e->rcoefs = std::move(coefs);
-  e->rconst = constant;
-  return e;
+  LinearForm form;
+  form.rcoefs = std::move(coefs);
+  form.rconst = constant;
+  return new_exp(RCL_n, std::move(operands), keep_linear_form(std::move(form)));
 }
 
 Exp* Net::new_blank() {
   return new_node(Exp{});
+}
+
+Operands Net::copy_operands(const Operands& operands) {
+  return operators_->operands(operands.data(), operands.size());
+}
+
+// The definitions of outputs, locals and assertions are the reader's
+// nodes: they are cleared, and the normalised forms stand for them.
+bool Net::release_parsed() {
+  if (defines_other_) return false;
+  for (IndexList* names : {outputs, locals, asserts}) {
+    for (const IndexList* n = names; n; n = n->next) {
+      if (IdentInfo* info = ident_info(n->value)) info->def = nullptr;
+    }
+  }
+  parsed_.clear();
+  return true;
 }

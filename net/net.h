@@ -5,9 +5,11 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include "net/exp.h"
+#include "net/node_store.h"
 #include "support/chunk_array.h"
 #include "support/index_list.h"
 #include "support/string_table.h"
@@ -48,22 +50,20 @@ enum IdentKind {
 };
 
 struct IdentInfo {
-  int name = 0;
-  /// String number of the clock identifier; the base clock is "true".
-  int clock = -1;
-  QvType* type = nullptr;
-  IdentKind kind = ID_PREDEF_CONST;
-  /// User and enum constants: index in usr_consts; int literal: its value.
-  int value = 0;
-  /// Real literal: its value, single precision as the literal carries it.
-  float real_value = 0;
-  /// Output or local defined by a tuple equation: all names on its left.
-  const IndexList* tuple_names = nullptr;
   /// The leaf itself for inputs and constants; the equation's right side
   /// for outputs and locals; the asserted expression for assertions.
   Exp* def = nullptr;
   /// The leaf that stands for the identifier inside expressions.
   Exp* ref = nullptr;
+  QvType* type = nullptr;
+  int name = 0;
+  /// String number of the clock identifier; the base clock is "true".
+  int clock = -1;
+  IdentKind kind = ID_PREDEF_CONST;
+  /// User and enum constants: index in usr_consts; int literal: its value.
+  int value = 0;
+  /// Real literal: its value, single precision as the literal carries it.
+  float real_value = 0;
   /// Position within inputs, outputs, locals or an enumeration; -1 otherwise.
   int number = -1;
 
@@ -85,12 +85,6 @@ struct FuncInfo {
   ~FuncInfo();
   int get_usr_proc_index() const;
   int get_usr_func_index() const;
-};
-
-/// What a name stands for; a later declaration replaces an earlier one.
-struct NameRecord {
-  IdentInfo* ident = nullptr;
-  FuncInfo* func = nullptr;
 };
 
 class Net {
@@ -128,6 +122,9 @@ class Net {
   void define_tuple(IndexList* names, Exp* e);
   IdentInfo* ident_info(int name);
   FuncInfo* func_info(int name);
+  /// Output or local defined by a tuple equation: all names on its left;
+  /// null otherwise.
+  const IndexList* tuple_names(int name) const;
   void set_node_name(int name) { node_name = name; }
 
   // Nodes, all owned by the net.
@@ -139,6 +136,8 @@ class Net {
   Exp* new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract constant);
   /// A blank ERROR_n node (see NetCtr).
   Exp* new_blank();
+  /// A copy of an operand array, held with the nodes being made.
+  Operands copy_operands(const Operands& operands);
   /// Nodes made so far plus the operands they hold: what the net has grown by.
   size_t made_size() const { return made_size_; }
 
@@ -164,7 +163,9 @@ class Net {
   Exp* nil_exp;
   SymbolTable* strings;
   int node_name = 0;
-  ChunkArray<NameRecord> idents{200, true};
+  /// What a name stands for, a later declaration replacing an earlier
+  /// one: an identifier here, or a function in `funcs_`.
+  ChunkArray<IdentInfo*> idents{200, true};
   IndexList* inputs = nullptr;
   IndexList* outputs = nullptr;
   IndexList* locals = nullptr;
@@ -183,6 +184,14 @@ class Net {
   /// All descriptors, newest first.
   QvType* types = nullptr;
 
+ protected:
+  /// Where operator and blank nodes are made from now on.
+  void make_operators_in(NodeStore* store) { operators_ = store; }
+  /// Frees the operator nodes the reader made, once the normalised net
+  /// stands for them; false, freeing nothing, when some name that is not
+  /// normalised was given an equation and still refers to them.
+  bool release_parsed();
+
  private:
   IdentInfo* new_ident(int name, IdentKind kind, QvType* type, int clock);
   /// A blank descriptor at the head of `types`.
@@ -193,7 +202,8 @@ class Net {
   /// "name : type; ..." of a parameter list alternating names and types.
   void write_params(const IndexList* params, PtyStream& out);
 
-  std::deque<Exp> nodes_;
+  /// Leaves live as long as the net; operator nodes go to `operators_`.
+  NodeStore leaves_;
   std::deque<QvType> type_store_;
   /// Named types by name, tuple types by their members' type names.
   ChunkArray<QvType*> named_types_{200, true};
@@ -201,5 +211,11 @@ class Net {
   std::deque<IdentInfo> ident_store_;
   std::deque<FuncInfo> func_store_;
   std::vector<std::unique_ptr<IndexList>> tuple_name_lists_;
+  std::unordered_map<int, FuncInfo*> funcs_;
+  std::unordered_map<int, const IndexList*> tuple_names_;
   size_t made_size_ = 0;
+  NodeStore parsed_;
+  NodeStore* operators_ = &parsed_;
+  /// An input or a constant was given an equation.
+  bool defines_other_ = false;
 };

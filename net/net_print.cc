@@ -91,7 +91,7 @@ class ExpPrinter {
 
   void text(std::string t) { seq_.push_back({Step::kText, nullptr, std::move(t)}); }
   void sub(Exp* e) { seq_.push_back({Step::kOperand, e, {}}); }
-  void list(const std::vector<Exp*>& operands) {
+  void list(const Operands& operands) {
     for (size_t i = 0; i < operands.size(); ++i) {
       if (i) text(", ");
       sub(operands[i]);
@@ -151,15 +151,17 @@ class ExpPrinter {
   void special_form(const Exp& e) {
     switch (e.op) {
       case ICL_n: {
+        const LinearForm& form = linear_form(e);
         std::vector<Ratio> coefs;
-        for (int c : e.icoefs) coefs.push_back({c, 1});
-        linear(e.operands, coefs, {e.iconst, 1});
+        for (int c : form.icoefs) coefs.push_back({c, 1});
+        linear(e.operands, coefs, {form.iconst, 1});
         return;
       }
       case RCL_n: {
+        const LinearForm& form = linear_form(e);
         std::vector<Ratio> coefs;
-        for (const Fract& c : e.rcoefs) coefs.push_back({c.numerator(), c.denominator()});
-        linear(e.operands, coefs, {e.rconst.numerator(), e.rconst.denominator()});
+        for (const Fract& c : form.rcoefs) coefs.push_back({c.numerator(), c.denominator()});
+        linear(e.operands, coefs, {form.rconst.numerator(), form.rconst.denominator()});
         return;
       }
       case PROJ_n:
@@ -181,9 +183,20 @@ class ExpPrinter {
     }
   }
 
+  // A linear form made by kind alone has no coefficients.
+  static const LinearForm& linear_form(const Exp& e) {
+    static const LinearForm none;
+    const LinearForm* form = e.linear_form();
+    return form ? *form : none;
+  }
+
   // c0*x0 +c1*x1 ... +k, with unit coefficients and a zero constant elided;
   // each number is a piece of its own.
-  void linear(const std::vector<Exp*>& operands, const std::vector<Ratio>& coefs, Ratio constant) {
+  void linear(const Operands& operands, const std::vector<Ratio>& coefs, Ratio constant) {
+    if (coefs.size() != operands.size()) {
+      internal_error("file 'net':\nExp::%s : %d coefficients for %d operands\n", who(),
+                     static_cast<int>(coefs.size()), static_cast<int>(operands.size()));
+    }
     if (operands.empty()) {
       text(signed_text(constant));
       return;

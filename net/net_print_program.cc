@@ -141,13 +141,14 @@ class ProgramPrinter {
     const IdentInfo* info = net_.ident_info(name);
     if (!info || !info->def) return;
     const Exp* rhs = info->def;
-    bool tuple = info->tuple_names && rhs->op == PROJ_n;
-    if (tuple && info->tuple_names->value != name) return;
+    const IndexList* names = net_.tuple_names(name);
+    bool tuple = names && rhs->op == PROJ_n;
+    if (tuple && names->value != name) return;
     line();
     if (tuple) {
       out_.print("(");
-      for (const IndexList* n = info->tuple_names; n; n = n->next)
-        out_.print(n == info->tuple_names ? "%s" : ", %s", text(n->value));
+      for (const IndexList* n = names; n; n = n->next)
+        out_.print(n == names ? "%s" : ", %s", text(n->value));
       out_.print(")");
       rhs = rhs->operand(0);
     } else {

@@ -22,6 +22,8 @@ void NetCtr::update(Exp* target, Exp* source) {
     internal_error("file 'netctr':\nbuild_net : NetCtr::update : already updated expression");
   }
   *target = *source;
+  // The caller redirects the copy's operands; the source keeps its own.
+  target->operands = net->copy_operands(source->operands);
 }
 
 // The kind does not enter the bucket, only its operands, taken by arity.
@@ -53,9 +55,8 @@ unsigned NetCtr::bucket(const Exp* node) {
                  op_name(node->op));
 }
 
-NetCtr::Cell* NetCtr::put_in_hash_tab(Exp* node) {
-  Cell*& head = buckets_[bucket(node)];
-  cells_.push_back(Cell{head ? head->length + 1 : 1, node, head});
-  head = &cells_.back();
+NetCtr::Cell NetCtr::put_in_hash_tab(Exp* node) {
+  Cell& head = heads_[bucket(node)];
+  head = Cell{head.length + 1, node, head.node};
   return head;
 }

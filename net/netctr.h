@@ -3,7 +3,6 @@
 #pragma once
 
 #include <array>
-#include <deque>
 
 #include "net/exp.h"
 
@@ -13,12 +12,13 @@ class NetCtr {
  public:
   static constexpr int kBuckets = 5041;
 
+  /// A node as entered in front of its bucket's chain.
   struct Cell {
-    /// Cells from this one to the end of its chain.
+    /// Entries from this one to the end of its chain.
     int length;
     Exp* node;
-    /// The previous head of the bucket.
-    Cell* next;
+    /// The node entered before it in the same bucket; null for the first.
+    Exp* next;
   };
 
   explicit NetCtr(Net* net) : net(net) {}
@@ -29,14 +29,16 @@ class NetCtr {
   Exp* placeholder();
   /// Copies every field of `source` into the still blank `target`.
   void update(Exp* target, Exp* source);
-  /// Enters an operator node in front of its bucket; returns the new cell.
-  Cell* put_in_hash_tab(Exp* node);
+  /// Enters an operator node in front of its bucket; returns its cell.
+  Cell put_in_hash_tab(Exp* node);
 
   Net* net;
 
  private:
   static unsigned bucket(const Exp* node);
 
-  std::array<Cell*, kBuckets> buckets_{};
-  std::deque<Cell> cells_;
+  // Nobody looks nodes up or walks a chain, so each bucket keeps only its
+  // head: with a million representatives, cells would cost megabytes for
+  // nothing.
+  std::array<Cell, kBuckets> heads_{};
 };

@@ -9,9 +9,11 @@ NormNet::NormNet(SymbolTable* strings, const LoadOptions& options)
 void NormNet::build() {
   begin_phase("normalise");
   verbose("start normalisation ... ");
+  make_operators_in(&normal_);
   normalise_all();
   check_references(outputs);
   check_references(locals);
+  release_parsed();
   verbose("done\n");
   if (bool_opt) verbose("Bool optimization : %d -> %d nodes\n", n_requests, n_nodes);
   if (mode < 0 || mode > 3) error("unknown option");
@@ -21,6 +23,7 @@ void NormNet::build() {
   } else {
     minimal_network();
   }
+  make_operators_in(&reps_);
   rebuild();
 }
 
@@ -35,7 +38,9 @@ constexpr size_t kGrowthFloor = size_t{1} << 20;
 void NormNet::normalise_all() {
   size_budget_ = kGrowth * made_size() + kGrowthFloor;
   const size_t slots = static_cast<size_t>(strings->count()) + 1;
-  for (std::vector<Exp*>* table : {&init_memo, &activation_memo, &xdef, &held_def, &resolved_}) {
+  init_memo.clear();
+  activation_memo.clear();
+  for (std::vector<Exp*>* table : {&xdef, &held_def, &resolved_}) {
     table->assign(slots, nullptr);
   }
   on_walk_.assign(slots, 0);
@@ -83,10 +88,10 @@ Exp* NormNet::activation(int clock) {
   std::vector<int> chain;
   int c = clock;
   while (c != true_name) {
-    if (c <= 0 || static_cast<size_t>(c) >= activation_memo.size()) {
+    if (c <= 0 || static_cast<size_t>(c) >= on_walk_.size()) {
       internal_error("file 'net_norm':\nNormNet::activation : bad clock number %d\n", c);
     }
-    if (activation_memo[c]) break;
+    if (activation_memo.count(c)) break;
     if (enter_walk(c)) {
       error("NormNet::activation : the chain of clocks of '%s' leads back to itself",
             strings->text(c));
@@ -107,8 +112,10 @@ Exp* NormNet::activation(int clock) {
 }
 
 Exp* NormNet::first_instant(int clock) {
-  if (!init_memo[clock]) init_memo[clock] = make(INIT_n, activation(clock));
-  return init_memo[clock];
+  auto known = init_memo.find(clock);
+  if (known != init_memo.end()) return known->second;
+  Exp* flag = make(INIT_n, activation(clock));
+  return init_memo[clock] = flag;
 }
 
 Exp* NormNet::make(OpKind kind, const std::vector<Exp*>& operands, int param) {
@@ -163,7 +170,28 @@ Exp* NormNet::through_ref(Exp* e) {
   return e;
 }
 
+void NormNet::release_normal_form() {
+  normal_.clear();
+  std::deque<Cell>().swap(cells_);
+  made = nullptr;
+  std::unordered_map<int, Exp*>().swap(init_memo);
+  std::unordered_map<int, Exp*>().swap(activation_memo);
+  for (std::vector<Exp*>* table : {&xdef, &held_def, &resolved_, &class_reps}) {
+    std::vector<Exp*>().swap(*table);
+  }
+  std::vector<Cell*>().swap(class_lists);
+  std::vector<char>().swap(on_walk_);
+  released_ = true;
+}
+
+void NormNet::check_normal_form(const char* operation) const {
+  if (released_) {
+    internal_error("file 'net_norm':\nNormNet::%s : the normal form was released\n", operation);
+  }
+}
+
 Exp* NormNet::final_exp(int name) {
+  check_normal_form("final_exp");
   const bool normalised = name > 0 && static_cast<size_t>(name) < held_def.size() &&
                           held_def[name] != nullptr;
   if (!normalised) {

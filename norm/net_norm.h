@@ -5,6 +5,7 @@
 #pragma once
 
 #include <deque>
+#include <unordered_map>
 #include <vector>
 
 #include "net/net.h"
@@ -42,6 +43,10 @@ class NormNet : public Net {
   Exp* through_ref(Exp* e);
   /// The node the evaluation graph uses for a name.
   Exp* final_exp(int name);
+  /// Frees the normalised nodes and the tables that lead from names to
+  /// them, leaving the representatives and the leaves: for a caller that
+  /// has taken the final nodes and wants no dump of the normal form.
+  void release_normal_form();
   void print();
 
   // Minimal network.
@@ -60,8 +65,9 @@ class NormNet : public Net {
   /// 0 to 2: minimal network; 3: one class per node.
   int mode;
   NetCtr ctr{this};
-  std::vector<Exp*> init_memo;
-  std::vector<Exp*> activation_memo;
+  /// By clock name; programs have few clocks and many names.
+  std::unordered_map<int, Exp*> init_memo;
+  std::unordered_map<int, Exp*> activation_memo;
   std::vector<Exp*> xdef;
   std::vector<Exp*> held_def;
   /// Newest first.
@@ -79,6 +85,8 @@ class NormNet : public Net {
   /// Marks a name as being walked; true when it already was (a cycle).
   bool enter_walk(int name);
   void leave_walk(const std::vector<int>& names);
+  /// Stops the process when the normal form was released.
+  void check_normal_form(const char* operation) const;
 
   std::deque<Cell> cells_;
   /// Bound on made_size() while normalising; 0 = none.
@@ -89,6 +97,10 @@ class NormNet : public Net {
   std::vector<Exp*> resolved_;
   /// Names on the chain being walked by through_ref or activation.
   std::vector<char> on_walk_;
+  /// The nodes made by normalising, and the representatives.
+  NodeStore normal_;
+  NodeStore reps_;
+  bool released_ = false;
 };
 
 namespace net_norm {

@@ -5,6 +5,7 @@
 #include "support/pty_stream.h"
 
 void NormNet::print() {
+  check_normal_form("print");
   PtyStream out(80);
   out.print("\n***********NORMALISATION\n");
   out.print("OUTPUTS :");
@@ -34,6 +35,7 @@ void NormNet::print() {
 }
 
 void NormNet::print_classes() {
+  check_normal_form("print_classes");
   for (int i = 1; i <= n_classes; ++i) {
     std::printf("classe @%d <=> ", i);
     print_class(through_ref(class_lists[i - 1]->node));
@@ -50,7 +52,7 @@ void NormNet::print_class(Exp* node) {
       std::printf("%s", strings->text(o->ident));
     }
   };
-  const auto list = [&](const std::vector<Exp*>& operands) {
+  const auto list = [&](const Operands& operands) {
     for (size_t i = 0; i < operands.size(); ++i) {
       if (i > 0) std::printf(", ");
       operand(operands[i]);

@@ -1,6 +1,5 @@
 #include "reader/pnet_interface.h"
 
-#include <cstdint>
 #include <cstdio>
 
 #include "reader/parser.h"
@@ -12,8 +11,7 @@ PNetInterface::Record::~Record() {
   delete local_positions;
 }
 
-PNetInterface::PNetInterface(const char* path, SymbolTable* table, const LoadOptions& options)
-    : record_key(new_pass_key()) {
+PNetInterface::PNetInterface(const char* path, SymbolTable* table, const LoadOptions& options) {
   if (build(path, table, options) != 0) end_process(1);
 }
 
@@ -21,13 +19,16 @@ PNetInterface::~PNetInterface() = default;
 
 int PNetInterface::build(const char* path, SymbolTable* table, const LoadOptions& options) {
   net = std::make_unique<NormNet>(table, options);
-  std::vector<EquationPlace> equations;
-  begin_first_phase("parse");
-  if (QvParse(net.get(), table, path, &equations) != 0) {
-    std::fprintf(stderr, "syntax errors...\n");
-    return 1;
+  {
+    // Where each equation was read matters for the warnings alone.
+    std::vector<EquationPlace> equations;
+    begin_first_phase("parse");
+    if (QvParse(net.get(), table, path, &equations) != 0) {
+      std::fprintf(stderr, "syntax errors...\n");
+      return 1;
+    }
+    check_operand_kinds(*net, path, equations);
   }
-  check_operand_kinds(*net, path, equations);
   net->build();
 
   input_nodes.assign(net->n_inputs, nullptr);
@@ -61,37 +62,41 @@ int PNetInterface::build(const char* path, SymbolTable* table, const LoadOptions
   return 0;
 }
 
-PNetInterface::Record* PNetInterface::record(const Exp* e) const {
-  return reinterpret_cast<Record*>(e->get_mark(record_key));
-}
-
-PNetInterface::Record& PNetInterface::record_of(Exp* e) {
-  if (Record* r = record(e)) return *r;
-  Record& r = records_.emplace_back();
-  e->set_mark(record_key, reinterpret_cast<std::intptr_t>(&r));
-  return r;
+std::unique_ptr<PNetInterface::Record> PNetInterface::record(const Exp* e) const {
+  auto r = std::make_unique<Record>();
+  bool found = false;
+  // Positions are 1-based and listed latest first.
+  const auto positions = [&](const std::vector<Exp*>& nodes, int n, IndexList** list) {
+    for (int i = 0; i < n; ++i) {
+      if (nodes[i] != e) continue;
+      *list = IndexList::join(new IndexList(i + 1), *list);
+      found = true;
+    }
+  };
+  positions(output_nodes, n_outputs, &r->output_positions);
+  positions(local_nodes, n_locals, &r->local_positions);
+  for (int i = 0; i < n_asserts; ++i) {
+    if (assert_nodes[i] != e) continue;
+    r->assert_no = i + 1;
+    found = true;
+  }
+  return found ? std::move(r) : nullptr;
 }
 
 void PNetInterface::add_output(Exp* e, int name) {
-  Record& r = record_of(e);
   output_nodes[n_outputs] = e;
   output_names[n_outputs] = name;
   ++n_outputs;
-  r.output_positions = IndexList::join(new IndexList(n_outputs), r.output_positions);
 }
 
 void PNetInterface::add_local(Exp* e, int name) {
-  Record& r = record_of(e);
   local_nodes[n_locals] = e;
   local_names[n_locals] = name;
   ++n_locals;
-  r.local_positions = IndexList::join(new IndexList(n_locals), r.local_positions);
   if (e->ident == 0) e->ident = name;
 }
 
 void PNetInterface::add_assert(Exp* e) {
-  Record& r = record_of(e);
   assert_nodes[n_asserts] = e;
   ++n_asserts;
-  r.assert_no = n_asserts;
 }

@@ -2,7 +2,6 @@
 // collect the node's interface with the final expression of each entry.
 #pragma once
 
-#include <deque>
 #include <memory>
 #include <vector>
 
@@ -10,8 +9,7 @@
 
 class PNetInterface {
  public:
-  /// What an output, local or assertion expression stands for, found from
-  /// the expression with `Exp::get_mark(record_key)`.
+  /// What an output, local or assertion expression stands for.
   struct Record {
     Record() = default;
     Record(const Record&) = delete;
@@ -37,8 +35,10 @@ class PNetInterface {
   void add_output(Exp* e, int name);
   void add_local(Exp* e, int name);
   void add_assert(Exp* e);
-  /// The record of `e`, or null when it is none of the above.
-  Record* record(const Exp* e) const;
+  /// The record of `e`, or null when it is none of the above. Worked out
+  /// from the collected nodes when asked: nothing needs it to run, and a
+  /// record per local would weigh on programs with a million of them.
+  std::unique_ptr<Record> record(const Exp* e) const;
 
   std::unique_ptr<NormNet> net;
   int n_outputs = 0;
@@ -52,10 +52,4 @@ class PNetInterface {
   std::vector<int> input_names;
   std::vector<int> local_names;
   std::vector<Exp*> assert_nodes;
-  int record_key;
-
- private:
-  Record& record_of(Exp* e);
-
-  std::deque<Record> records_;
 };

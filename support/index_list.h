@@ -2,7 +2,9 @@
 // the tail, so that joining lists never walks along `next`.
 #pragma once
 
-class IndexList {
+#include "support/small_nodes.h"
+
+class IndexList : public FromSmallNodes<IndexList> {
  public:
   /// The `n` values in order; `n` is at least 1.
   IndexList(const int* values, int n);

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <string>
 
 #include "support/vformat.h"
@@ -30,20 +31,15 @@ char* new_block(size_t size, char* link) {
 }  // namespace
 
 StringHash::StringHash(int size)
-    : buckets_(new Entry*[size]()), size_(size), blocks_(new_block(kBlockSize, nullptr)) {
+    : chain_lengths_(size, 0),
+      index_(64, 0),
+      texts_(kChunkSize, false),
+      blocks_(new_block(kBlockSize, nullptr)) {
   cursor_ = blocks_ + kLink;
   left_ = kBlockRoom;
 }
 
 StringHash::~StringHash() {
-  for (int i = 0; i < size_; ++i) {
-    for (Entry* e = buckets_[i]; e;) {
-      Entry* after = e->next;
-      delete e;
-      e = after;
-    }
-  }
-  delete[] buckets_;
   while (blocks_) {
     char* older = link_of(blocks_);
     delete[] blocks_;
@@ -53,7 +49,7 @@ StringHash::~StringHash() {
 
 // The low nibbles of the characters are packed as hex digits into words
 // (seven in the first word, eight in each later one) and the words summed.
-unsigned StringHash::hash(const char* text) const {
+unsigned StringHash::bucket(const char* text) const {
   uint32_t word = 0, sum = 0;
   int k = 8;
   for (const unsigned char* c = reinterpret_cast<const unsigned char*>(text); *c; ++c) {
@@ -66,15 +62,24 @@ unsigned StringHash::hash(const char* text) const {
       word = (word << 4) | nibble;
     }
   }
-  return (word + sum) % static_cast<uint32_t>(size_);
+  return (word + sum) % static_cast<uint32_t>(size());
 }
 
-StringHash::Entry* StringHash::search(unsigned bucket, const char* text) {
-  int walked = 0;
-  for (Entry* e = buckets_[bucket]; e; e = e->next, ++walked)
-    if (strcmp(e->text, text) == 0) return e;
+uint32_t& StringHash::slot_of(std::string_view text, size_t hash) {
+  const size_t mask = index_.size() - 1;
+  for (size_t at = hash & mask;; at = (at + 1) & mask) {
+    uint32_t& slot = index_[at];
+    if (slot == 0) return slot;
+    // Compared without measuring the stored text first.
+    const char* stored = this->text(static_cast<int>(slot));
+    if (strncmp(stored, text.data(), text.size()) == 0 && stored[text.size()] == '\0') return slot;
+  }
+}
+
+// A miss walks the whole chain of its bucket.
+void StringHash::count_miss(unsigned bucket) {
+  const int walked = chain_lengths_[bucket];
   if (walked > coll_max_) coll_max_ = walked + 1;
-  return nullptr;
 }
 
 char* StringHash::store(const char* text) {
@@ -100,36 +105,45 @@ char* StringHash::store(const char* text) {
   return copy;
 }
 
-StringHash::Entry* StringHash::insert(const char* text) {
-  unsigned bucket = hash(text);
-  if (!buckets_[bucket]) ++occupied_;
-  if (Entry* found = search(bucket, text)) return found;
-  Entry* e = new Entry{store(text), ++count_, buckets_[bucket]};
-  buckets_[bucket] = e;
-  return e;
-}
-
-StringHash::Entry* StringHash::find(const char* text) { return search(hash(text), text); }
-
-SymbolTable::SymbolTable() : hash_(kBuckets), texts_(kChunkSize, false) {}
-
-int SymbolTable::add(const char* text, bool* was_new) {
-  StringHash::Entry* e = hash_.insert(text);
-  *was_new = e->number > count_;
-  if (*was_new) {
-    count_ = e->number;
-    *texts_.chunk_at(count_ - 1) = e->text;
+void StringHash::grow_index() {
+  std::vector<uint32_t> old(index_.size() * 2, 0);
+  old.swap(index_);
+  for (uint32_t number : old) {
+    if (number == 0) continue;
+    std::string_view text = this->text(static_cast<int>(number));
+    slot_of(text, std::hash<std::string_view>{}(text)) = number;
   }
-  return e->number;
 }
+
+int StringHash::insert(const char* text) {
+  const std::string_view key(text);
+  uint32_t* slot = &slot_of(key, std::hash<std::string_view>{}(key));
+  if (*slot != 0) return static_cast<int>(*slot);
+  const unsigned b = bucket(text);
+  if (chain_lengths_[b] == 0) ++occupied_;
+  count_miss(b);
+  ++chain_lengths_[b];
+  *texts_.chunk_at(count_) = store(text);
+  *slot = static_cast<uint32_t>(++count_);
+  if (2 * static_cast<size_t>(count_) > index_.size()) grow_index();
+  return count_;
+}
+
+int StringHash::find(const char* text) {
+  const std::string_view key(text);
+  const uint32_t number = slot_of(key, std::hash<std::string_view>{}(key));
+  if (number == 0) count_miss(bucket(text));
+  return static_cast<int>(number);
+}
+
+SymbolTable::SymbolTable() : hash_(kBuckets) {}
 
 int SymbolTable::intern(const char* fmt, ...) {
   va_list args;
   va_start(args, fmt);
   std::string text = vformat(fmt, args);
   va_end(args);
-  bool was_new;
-  return add(text.c_str(), &was_new);
+  return hash_.insert(text.c_str());
 }
 
 int SymbolTable::intern_new(int* number, const char* fmt, ...) {
@@ -137,9 +151,9 @@ int SymbolTable::intern_new(int* number, const char* fmt, ...) {
   va_start(args, fmt);
   std::string text = vformat(fmt, args);
   va_end(args);
-  bool was_new;
-  *number = add(text.c_str(), &was_new);
-  return was_new ? 0 : 1;
+  const int before = hash_.count();
+  *number = hash_.insert(text.c_str());
+  return *number > before ? 0 : 1;
 }
 
 int SymbolTable::find(const char* fmt, ...) {
@@ -147,8 +161,7 @@ int SymbolTable::find(const char* fmt, ...) {
   va_start(args, fmt);
   std::string text = vformat(fmt, args);
   va_end(args);
-  StringHash::Entry* e = hash_.find(text.c_str());
-  return e ? e->number : 0;
+  return hash_.find(text.c_str());
 }
 
 int SymbolTable::find_check(int* number, const char* fmt, ...) {
@@ -156,20 +169,20 @@ int SymbolTable::find_check(int* number, const char* fmt, ...) {
   va_start(args, fmt);
   std::string text = vformat(fmt, args);
   va_end(args);
-  StringHash::Entry* e = hash_.find(text.c_str());
-  if (!e) return 0;
-  *number = e->number;
+  const int found = hash_.find(text.c_str());
+  if (found == 0) return 0;
+  *number = found;
   return 1;
 }
 
 const char* SymbolTable::text(int number) const {
-  if (number < 1 || number > count_)
+  if (number < 1 || number > count())
     internal_error("file 'string_table':\nSymbolTable::text : no string number %d\n", number);
-  return *texts_.chunk_at(number - 1);
+  return hash_.text(number);
 }
 
 void SymbolTable::print() {
-  for (int n = 1; n <= count_; ++n) printf("symbol[%3d]= \"%s\"\n", n, text(n));
+  for (int n = 1; n <= count(); ++n) printf("symbol[%3d]= \"%s\"\n", n, text(n));
 }
 
 void SymbolTable::print_stats(FILE* stream) {

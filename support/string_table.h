@@ -2,48 +2,64 @@
 // number, dense from 1 in order of first interning; 0 means no name.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
+#include <string_view>
+#include <vector>
 
 #include "support/chunk_array.h"
 #include "support/diagnostics.h"
 
-/// A chained hash of texts packed into large blocks; texts never move.
+/// Texts packed into large blocks (they never move), numbered in order of
+/// first insertion and found again through an open-addressing index.
+///
+/// The statistics are those of a chained hash of `size` buckets: a text's
+/// bucket is fixed by its hash, a chain only grows, and a miss walks the
+/// whole chain, so counting the entries of each bucket is enough to know
+/// them. The chains themselves are never kept: with a million names they
+/// would be hundreds of entries long.
 class StringHash {
  public:
-  struct Entry {
-    const char* text;
-    int number;
-    Entry* next;
-  };
-
   explicit StringHash(int size);
   StringHash(const StringHash&) = delete;
   StringHash& operator=(const StringHash&) = delete;
   ~StringHash();
 
-  /// The entry of `text`, inserted when absent.
-  Entry* insert(const char* text);
-  /// The entry of `text` or null; never inserts.
-  Entry* find(const char* text);
+  /// The number of `text`, given the next number when absent.
+  int insert(const char* text);
+  /// The number of `text`, or 0; never inserts.
+  int find(const char* text);
+  /// The text of a number from 1 to count().
+  const char* text(int number) const { return *texts_.chunk_at(number - 1); }
 
-  int size() const { return size_; }
+  int size() const { return static_cast<int>(chain_lengths_.size()); }
   int count() const { return count_; }
   int occupied() const { return occupied_; }
   int coll_max() const { return coll_max_; }
 
   static constexpr int kBlockSize = 16384;
+  static constexpr int kChunkSize = 1000;
 
  private:
-  unsigned hash(const char* text) const;
-  /// Walks one bucket; updates the collision statistic on a miss.
-  Entry* search(unsigned bucket, const char* text);
+  /// The bucket of the chained table the statistics describe.
+  unsigned bucket(const char* text) const;
+  /// The slot of the index holding `text`'s number, or the empty slot
+  /// where it would go.
+  uint32_t& slot_of(std::string_view text, size_t hash);
+  /// Records a miss in `text`'s bucket, as walking its chain would.
+  void count_miss(unsigned bucket);
   char* store(const char* text);
+  void grow_index();
 
-  Entry** buckets_;
-  int size_;
+  std::vector<int> chain_lengths_;
   int count_ = 0;
   int occupied_ = 0;
   int coll_max_ = 0;
+  /// Numbers, 0 for an empty slot; a power of two, at most half full.
+  std::vector<uint32_t> index_;
+  /// Slot n-1 holds the text of number n. Growing it on a read changes no
+  /// text, so reads stay const.
+  mutable ChunkArray<const char*> texts_;
   /// Newest text block; its first word links to the previously filled one.
   char* blocks_ = nullptr;
   char* cursor_ = nullptr;
@@ -67,20 +83,14 @@ class SymbolTable {
   /// The text of a string number given out so far; any other number is a
   /// broken invariant that stops the process.
   const char* text(int number) const;
-  int count() const { return count_; }
+  int count() const { return hash_.count(); }
 
   /// One line per string, in number order, on standard output.
   void print();
   void print_stats(FILE* stream);
 
   static constexpr int kBuckets = 5041;
-  static constexpr int kChunkSize = 1000;
 
  private:
-  int add(const char* text, bool* was_new);
-
-  int count_ = 0;
   StringHash hash_;
-  /// Growing it on a read changes no text, so reads stay const.
-  mutable ChunkArray<const char*> texts_;
 };

@@ -126,7 +126,8 @@ TEST_F(NetModel, DefinitionsTakeTheDeclaredTypeAndClock) {
   EXPECT_EQ(q->def->projection_order(), 2);
   EXPECT_EQ(q->def->operand(0), call);
   EXPECT_EQ(q->def->type, net.real_type);
-  EXPECT_EQ(q->tuple_names, net.ident_info(id("p"))->tuple_names);
+  EXPECT_EQ(net.tuple_names(id("q")), net.tuple_names(id("p")));
+  EXPECT_EQ(net.tuple_names(id("q"))->value, id("p"));
 }
 
 }  // namespace

@@ -63,22 +63,22 @@ TEST_F(NetCtrTest, LeavesAndLinearFormsAreRefused) {
 TEST_F(NetCtrTest, SameOperandsShareABucketWhateverTheKind) {
   Exp* a = input("a");
   Exp* b = input("b");
-  NetCtr::Cell* first = ctr.put_in_hash_tab(net.new_exp(PRE_n, {a}));
-  EXPECT_EQ(first->length, 1);
-  EXPECT_EQ(first->next, nullptr);
-  NetCtr::Cell* second = ctr.put_in_hash_tab(net.new_exp(CALL_n, {a}, 5));
-  EXPECT_EQ(second->length, 2);
-  EXPECT_EQ(second->next, first);
+  NetCtr::Cell first = ctr.put_in_hash_tab(net.new_exp(PRE_n, {a}));
+  EXPECT_EQ(first.length, 1);
+  EXPECT_EQ(first.next, nullptr);
+  NetCtr::Cell second = ctr.put_in_hash_tab(net.new_exp(CALL_n, {a}, 5));
+  EXPECT_EQ(second.length, 2);
+  EXPECT_EQ(second.next, first.node);
 
-  NetCtr::Cell* minus = ctr.put_in_hash_tab(net.new_exp(MINUS_n, {a, b}));
-  NetCtr::Cell* times = ctr.put_in_hash_tab(net.new_exp(TIMES_n, {a, b}));
-  EXPECT_EQ(times->next, minus);
-  EXPECT_EQ(times->length, minus->length + 1);
+  NetCtr::Cell minus = ctr.put_in_hash_tab(net.new_exp(MINUS_n, {a, b}));
+  NetCtr::Cell times = ctr.put_in_hash_tab(net.new_exp(TIMES_n, {a, b}));
+  EXPECT_EQ(times.next, minus.node);
+  EXPECT_EQ(times.length, minus.length + 1);
 
   Exp* c = input("c");
-  NetCtr::Cell* if1 = ctr.put_in_hash_tab(net.new_exp(IF_n, {a, b, c}));
-  NetCtr::Cell* if2 = ctr.put_in_hash_tab(net.new_exp(IF_n, {a, b, c}));
-  EXPECT_EQ(if2->next, if1);
+  NetCtr::Cell if1 = ctr.put_in_hash_tab(net.new_exp(IF_n, {a, b, c}));
+  NetCtr::Cell if2 = ctr.put_in_hash_tab(net.new_exp(IF_n, {a, b, c}));
+  EXPECT_EQ(if2.next, if1.node);
 }
 
 TEST_F(NetCtrTest, LongTuplesAreBucketedByTheirLastSixteenOperands) {
@@ -92,14 +92,14 @@ TEST_F(NetCtrTest, LongTuplesAreBucketedByTheirLastSixteenOperands) {
   }
   one.insert(one.end(), tail.begin(), tail.end());
   other.insert(other.end(), tail.begin(), tail.end());
-  NetCtr::Cell* first = ctr.put_in_hash_tab(net.new_exp(TUPLE_n, one));
-  NetCtr::Cell* second = ctr.put_in_hash_tab(net.new_exp(NOR_n, other));
-  EXPECT_EQ(second->next, first);
-  EXPECT_EQ(second->length, first->length + 1);
+  NetCtr::Cell first = ctr.put_in_hash_tab(net.new_exp(TUPLE_n, one));
+  NetCtr::Cell second = ctr.put_in_hash_tab(net.new_exp(NOR_n, other));
+  EXPECT_EQ(second.next, first.node);
+  EXPECT_EQ(second.length, first.length + 1);
 
-  NetCtr::Cell* empty1 = ctr.put_in_hash_tab(net.new_exp(DIESE_n, {}));
-  NetCtr::Cell* empty2 = ctr.put_in_hash_tab(net.new_exp(TUPLE_n, {}));
-  EXPECT_EQ(empty2->next, empty1);
+  NetCtr::Cell empty1 = ctr.put_in_hash_tab(net.new_exp(DIESE_n, {}));
+  NetCtr::Cell empty2 = ctr.put_in_hash_tab(net.new_exp(TUPLE_n, {}));
+  EXPECT_EQ(empty2.next, empty1.node);
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ TEST(PNetInterfaceTest, CollectsTheInterface) {
 
   ASSERT_EQ(program.n_outputs, 3);
   EXPECT_EQ(program.output_nodes[0], program.output_nodes[1]);
-  PNetInterface::Record* shared = program.record(program.output_nodes[0]);
+  std::unique_ptr<PNetInterface::Record> shared = program.record(program.output_nodes[0]);
   ASSERT_NE(shared, nullptr);
   EXPECT_EQ(positions(shared->output_positions), (std::vector<int>{2, 1}));
   EXPECT_EQ(program.output_names[2], table.find("w"));

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -32,7 +33,7 @@ TEST(StringHashTest, HashPacksLowNibbles) {
 
 TEST(StringHashTest, CollisionStatistics) {
   StringHash h(SymbolTable::kBuckets);
-  StringHash::Entry* first = h.insert("a1");
+  const int first = h.insert("a1");
   EXPECT_EQ(h.coll_max(), 0);
   h.insert("aA");
   EXPECT_EQ(h.coll_max(), 2);  // a miss after walking one entry
@@ -42,12 +43,51 @@ TEST(StringHashTest, CollisionStatistics) {
   EXPECT_EQ(h.coll_max(), 4);
   h.insert("aq");
   EXPECT_EQ(h.coll_max(), 4);
-  EXPECT_EQ(h.insert("a1"), first);
-  EXPECT_EQ(h.find("a!"), nullptr);  // a miss after five entries
+  EXPECT_EQ(h.insert("a1"), first);  // a hit changes nothing
+  EXPECT_EQ(h.coll_max(), 4);
+  EXPECT_EQ(h.find("a!"), 0);  // a miss after five entries
   EXPECT_EQ(h.coll_max(), 6);
   EXPECT_EQ(h.occupied(), 1);
   EXPECT_EQ(h.count(), 5);
-  EXPECT_EQ(h.find("aa")->number, 4);
+  EXPECT_EQ(h.find("aa"), 4);
+}
+
+// What a chained table of 5041 buckets shows after many names: each
+// bucket's chain is as long as the names hashed to it, and the statistic
+// follows the longest chain a miss walked.
+TEST(StringHashTest, StatisticsOfManyNamesFollowTheChainedTable) {
+  StringHash h(SymbolTable::kBuckets);
+  std::vector<int> lengths(SymbolTable::kBuckets, 0);
+  int coll_max = 0;
+  for (int i = 0; i < 60000; ++i) {
+    const std::string name = "v" + std::to_string(i * 7919 % 100003);
+    // The same nibble packing, worked out independently of the table.
+    uint32_t word = 0, sum = 0;
+    int k = 8;
+    for (unsigned char c : name) {
+      if (--k == 0) {
+        k = 8;
+        sum += word;
+        word = c & 15u;
+      } else {
+        word = (word << 4) | (c & 15u);
+      }
+    }
+    int& length = lengths[(word + sum) % SymbolTable::kBuckets];
+    const int before = h.count();
+    const int number = h.insert(name.c_str());
+    if (number > before) {
+      if (length > coll_max) coll_max = length + 1;
+      ++length;
+    }
+    ASSERT_EQ(h.find(name.c_str()), number);
+    ASSERT_STREQ(h.text(number), name.c_str());
+  }
+  int occupied = 0;
+  for (int length : lengths) occupied += length > 0;
+  EXPECT_EQ(h.occupied(), occupied);
+  EXPECT_EQ(h.coll_max(), coll_max);
+  EXPECT_EQ(h.count(), 60000);
 }
 
 TEST(SymbolTableTest, NumbersFollowFirstInterning) {
