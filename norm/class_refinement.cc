@@ -100,6 +100,10 @@ ClassRefinement::ClassRefinement(NormNet& net) : net_(net), splittable_(net.n_no
     }
   }
   touched_.assign(n, 0);
+  // Blocks and live groups never outnumber the members: room for all,
+  // so that growing never copies them.
+  blocks_.reserve(n);
+  groups_.reserve(n);
   std::vector<int> all(n);
   for (int i = 0; i < n; ++i) all[i] = i;
   form_groups(all);
@@ -148,10 +152,23 @@ bool ClassRefinement::same_signature(int x, int y) const {
   return true;
 }
 
-// Members of one signature meet in one slot of a table sized for them.
-// A member being regrouped has an operand in a block that did not exist
-// before, so no group it could join exists outside those formed here.
+// Members of one signature meet in one slot of a table sized for them;
+// a handful are compared with each other directly. A member being
+// regrouped has an operand in a block that did not exist before, so no
+// group it could join exists outside those formed here.
 void ClassRefinement::form_groups(const std::vector<int>& members) {
+  constexpr size_t kFew = 8;
+  if (members.size() <= kFew) {
+    int formed[kFew];
+    size_t n_formed = 0;
+    for (int i : members) {
+      size_t at = 0;
+      while (at < n_formed && !same_signature(i, groups_[formed[at]].head)) ++at;
+      if (at == n_formed) formed[n_formed++] = new_group(members_[i].block);
+      join_group(i, formed[at]);
+    }
+    return;
+  }
   size_t size = 16;
   while (size < 2 * members.size()) size *= 2;
   slots_.assign(size, Slot{0, -1});
@@ -162,15 +179,19 @@ void ClassRefinement::form_groups(const std::vector<int>& members) {
       if (slots_[at].hash == hash && same_signature(i, groups_[slots_[at].group].head)) break;
     }
     if (slots_[at].group == -1) slots_[at] = Slot{hash, new_group(members_[i].block)};
-    Member& m = members_[i];
-    Group& group = groups_[slots_[at].group];
-    m.group = slots_[at].group;
-    m.group_prev = -1;
-    m.group_next = group.head;
-    if (group.head != -1) members_[group.head].group_prev = i;
-    group.head = i;
-    ++group.size;
+    join_group(i, slots_[at].group);
   }
+}
+
+void ClassRefinement::join_group(int i, int g) {
+  Member& m = members_[i];
+  Group& group = groups_[g];
+  m.group = g;
+  m.group_prev = -1;
+  m.group_next = group.head;
+  if (group.head != -1) members_[group.head].group_prev = i;
+  group.head = i;
+  ++group.size;
 }
 
 void ClassRefinement::leave_group(int i) {

@@ -70,6 +70,7 @@ class ClassRefinement {
   bool same_signature(int x, int y) const;
   /// Groups members that have none by signature.
   void form_groups(const std::vector<int>& members);
+  void join_group(int i, int g);
   void leave_group(int i);
   int new_group(int block);
   void link_group(int g, int block);
