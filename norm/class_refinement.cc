@@ -1,108 +1,358 @@
 #include "norm/class_refinement.h"
 
 #include <algorithm>
-#include <climits>
+#include <array>
+#include <utility>
 
-ClassRefinement::ClassRefinement(NormNet& net) : net_(net) {
-  for (int c = 0; c < net_.n_classes; ++c) {
-    head_.push_back(static_cast<int>(cells_.size()));
-    int label = 0;
-    for (NormNet::Cell* cell = net_.class_lists[c]; cell; cell = cell->next) {
-      const int i = static_cast<int>(cells_.size());
-      index_[cell->node] = i;
-      cells_.push_back(cell);
-      prev_.push_back(label == 0 ? -1 : i - 1);
-      next_.push_back(cell->next ? i + 1 : -1);
-      label_.push_back(label++);
-    }
+#include "support/diagnostics.h"
+
+namespace {
+
+uint64_t mix(uint64_t h, uint64_t v) {
+  h = (h ^ v) * 0x9e3779b97f4a7c15ULL;
+  return h ^ (h >> 31);
+}
+
+}  // namespace
+
+// The classes start as the kinds, numbered as they first appear among the
+// nodes newest first, each listing its nodes oldest first. Nodes are
+// visited oldest first, so a node's operands were mostly just visited.
+ClassRefinement::ClassRefinement(NormNet& net) : net_(net), splittable_(net.n_nodes + 1) {
+  for (NormNet::Cell* cell = net_.made; cell; cell = cell->next) cells_.push_back(cell);
+  std::reverse(cells_.begin(), cells_.end());
+  const int n = static_cast<int>(cells_.size());
+  kinds_.reserve(n);
+  for (int i = 0; i < n; ++i) {
+    Exp* e = cells_[i]->node;
+    kinds_.push_back(net_.through_ref(e)->op);
+    // Until relink, a node's number is its position, to find operands by.
+    e->class_no = i + 1;
   }
-  parents_.resize(cells_.size());
-  differs_.assign(cells_.size(), 0);
-  for (size_t i = 0; i < cells_.size(); ++i) {
-    for (Exp* o : cells_[i]->node->operands) {
-      auto at = index_.find(net_.through_ref(o));
-      if (at == index_.end()) continue;
-      std::vector<int>& parents = parents_[at->second];
-      if (parents.empty() || parents.back() != static_cast<int>(i)) {
-        parents.push_back(static_cast<int>(i));
+  net_.n_classes = 0;
+  if (n > 0) net_.class_lists.assign(n, nullptr);
+  std::array<int, N_OPKINDS> block_of_kind;
+  block_of_kind.fill(-1);
+  for (int i = n - 1; i >= 0; --i) {
+    int& block = block_of_kind[kinds_[i]];
+    if (block != -1) continue;
+    block = new_block();
+    blocks_[block].number = ++net_.n_classes;
+    block_of_class_.push_back(block);
+  }
+  members_.reserve(n);
+  for (int i = 0; i < n; ++i) {
+    const int block = block_of_kind[kinds_[i]];
+    Block& b = blocks_[block];
+    members_.push_back(Member{block, -1, -1, -1, b.tail, -1});
+    if (b.tail == -1) {
+      b.head = i;
+    } else {
+      members_[b.tail].list_next = i;
+    }
+    b.tail = i;
+    ++b.size;
+  }
+  // Leaves keep their code in their number meanwhile, 0 again at the end.
+  std::vector<Exp*> leaves;
+  std::vector<int> n_parents(n, 0);
+  std::vector<int> last_parent(n, -1);
+  operand_begin_.reserve(n + 1);
+  params_.reserve(n);
+  for (int i = 0; i < n; ++i) {
+    const Exp* e = cells_[i]->node;
+    params_.push_back(op_arity(e->op) == AR_PARAM ? e->param : 0);
+    operand_begin_.push_back(static_cast<int>(operands_.size()));
+    for (Exp* o : e->operands) {
+      Exp* target = net_.through_ref(o);
+      int code;
+      if (target->class_no > 0) {
+        if (target->class_no > n) {
+          internal_error("file 'class_refinement':\nClassRefinement : operand outside the net\n");
+        }
+        code = target->class_no - 1;
+        if (last_parent[code] != i) {
+          last_parent[code] = i;
+          ++n_parents[code];
+        }
+      } else {
+        if (target->class_no == 0) {
+          leaves.push_back(target);
+          target->class_no = -static_cast<int>(leaves.size());
+        }
+        code = target->class_no;
       }
+      operands_.push_back(code);
     }
   }
-  for (int c = 1; c <= net_.n_classes; ++c) recheck_class(c);
+  operand_begin_.push_back(static_cast<int>(operands_.size()));
+  for (Exp* leaf : leaves) leaf->class_no = 0;
+  parent_begin_.assign(n + 1, 0);
+  for (int i = 0; i < n; ++i) parent_begin_[i + 1] = parent_begin_[i] + n_parents[i];
+  parents_.resize(parent_begin_[n]);
+  std::fill(last_parent.begin(), last_parent.end(), -1);
+  for (int i = 0; i < n; ++i) {
+    for (int at = operand_begin_[i]; at < operand_begin_[i + 1]; ++at) {
+      const int code = operands_[at];
+      if (code < 0 || last_parent[code] == i) continue;
+      last_parent[code] = i;
+      parents_[parent_begin_[code + 1] - n_parents[code]--] = i;
+    }
+  }
+  touched_.assign(n, 0);
+  // Blocks and live groups never outnumber the members: room for all,
+  // so that growing never copies them.
+  blocks_.reserve(n);
+  groups_.reserve(n);
+  std::vector<int> all(n);
+  for (int i = 0; i < n; ++i) all[i] = i;
+  form_groups(all);
 }
 
 int ClassRefinement::next_splittable(int k) const {
-  auto at = differing_.lower_bound({k + 1, INT_MIN, INT_MIN});
-  return at == differing_.end() ? 0 : std::get<0>(*at);
+  return std::max(splittable_.next_after(k), 0);
 }
 
-void ClassRefinement::set_differs(int i, bool differs) {
-  if (differs_[i] == differs) return;
-  differs_[i] = differs;
-  const auto entry = std::make_tuple(cells_[i]->node->class_no, label_[i], i);
-  if (differs) {
-    differing_.insert(entry);
+int ClassRefinement::operand_value(int code) const {
+  return code < 0 ? code : members_[code].block;
+}
+
+std::pair<int, int> ClassRefinement::sorted_pair(const int* codes) const {
+  const int a = operand_value(codes[0]);
+  const int b = operand_value(codes[1]);
+  return a < b ? std::make_pair(a, b) : std::make_pair(b, a);
+}
+
+uint64_t ClassRefinement::signature_hash(int i) const {
+  const OpKind kind = kinds_[i];
+  const int* codes = &operands_[operand_begin_[i]];
+  const int arity = operand_begin_[i + 1] - operand_begin_[i];
+  uint64_t h = mix(mix(static_cast<uint64_t>(members_[i].block), kind), static_cast<uint32_t>(params_[i]));
+  h = mix(h, static_cast<uint64_t>(arity));
+  if (op_commutes(kind)) {
+    const std::pair<int, int> pair = sorted_pair(codes);
+    return mix(mix(h, static_cast<uint32_t>(pair.first)), static_cast<uint32_t>(pair.second));
+  }
+  for (int j = 0; j < arity; ++j) h = mix(h, static_cast<uint32_t>(operand_value(codes[j])));
+  return h;
+}
+
+bool ClassRefinement::same_signature(int x, int y) const {
+  const int arity = operand_begin_[x + 1] - operand_begin_[x];
+  if (members_[x].block != members_[y].block || kinds_[x] != kinds_[y] ||
+      params_[x] != params_[y] || arity != operand_begin_[y + 1] - operand_begin_[y]) {
+    return false;
+  }
+  const int* xs = &operands_[operand_begin_[x]];
+  const int* ys = &operands_[operand_begin_[y]];
+  if (op_commutes(kinds_[x])) return sorted_pair(xs) == sorted_pair(ys);
+  for (int j = 0; j < arity; ++j) {
+    if (operand_value(xs[j]) != operand_value(ys[j])) return false;
+  }
+  return true;
+}
+
+// Members of one signature meet in one slot of a table sized for them;
+// a handful are compared with each other directly. A member being
+// regrouped has an operand in a block that did not exist before, so no
+// group it could join exists outside those formed here.
+void ClassRefinement::form_groups(const std::vector<int>& members) {
+  constexpr size_t kFew = 8;
+  if (members.size() <= kFew) {
+    int formed[kFew];
+    size_t n_formed = 0;
+    for (int i : members) {
+      size_t at = 0;
+      while (at < n_formed && !same_signature(i, groups_[formed[at]].head)) ++at;
+      if (at == n_formed) formed[n_formed++] = new_group(members_[i].block);
+      join_group(i, formed[at]);
+    }
+    return;
+  }
+  size_t size = 16;
+  while (size < 2 * members.size()) size *= 2;
+  slots_.assign(size, Slot{0, -1});
+  for (int i : members) {
+    const uint64_t hash = signature_hash(i);
+    size_t at = hash & (size - 1);
+    for (; slots_[at].group != -1; at = (at + 1) & (size - 1)) {
+      if (slots_[at].hash == hash && same_signature(i, groups_[slots_[at].group].head)) break;
+    }
+    if (slots_[at].group == -1) slots_[at] = Slot{hash, new_group(members_[i].block)};
+    join_group(i, slots_[at].group);
+  }
+}
+
+void ClassRefinement::join_group(int i, int g) {
+  Member& m = members_[i];
+  Group& group = groups_[g];
+  m.group = g;
+  m.group_prev = -1;
+  m.group_next = group.head;
+  if (group.head != -1) members_[group.head].group_prev = i;
+  group.head = i;
+  ++group.size;
+}
+
+void ClassRefinement::leave_group(int i) {
+  Member& m = members_[i];
+  const int g = m.group;
+  if (m.group_prev != -1) {
+    members_[m.group_prev].group_next = m.group_next;
   } else {
-    differing_.erase(entry);
+    groups_[g].head = m.group_next;
   }
+  if (m.group_next != -1) members_[m.group_next].group_prev = m.group_prev;
+  m.group = -1;
+  if (--groups_[g].size > 0) return;
+  const Block& b = blocks_[groups_[g].block];
+  unlink_group(g);
+  free_groups_.push_back(g);
+  if (b.n_groups == 1) splittable_.erase(b.number);
 }
 
-void ClassRefinement::recheck(int i) {
-  Exp* node = cells_[i]->node;
-  const int c = node->class_no;
-  const int first = head_[c - 1];
-  set_differs(i, i != first && !net_.equivalent(node, cells_[first]->node, c));
-}
-
-void ClassRefinement::recheck_class(int c) {
-  for (int i = head_[c - 1]; i != -1; i = next_[i]) recheck(i);
-}
-
-void ClassRefinement::split(int k) {
-  // Taken out of the set in list order; the new list runs the other way.
-  std::vector<int> moved;
-  auto from = differing_.lower_bound({k, INT_MIN, INT_MIN});
-  auto to = differing_.lower_bound({k + 1, INT_MIN, INT_MIN});
-  for (auto at = from; at != to; ++at) moved.push_back(std::get<2>(*at));
-  differing_.erase(from, to);
-  const int fresh = ++net_.n_classes;
-  head_.push_back(moved.back());
-  int label = 0;
-  for (auto it = moved.rbegin(); it != moved.rend(); ++it) {
-    const int i = *it;
-    differs_[i] = 0;
-    if (prev_[i] != -1) next_[prev_[i]] = next_[i];
-    if (next_[i] != -1) prev_[next_[i]] = prev_[i];
-    prev_[i] = it == moved.rbegin() ? -1 : *(it - 1);
-    next_[i] = it + 1 == moved.rend() ? -1 : *(it + 1);
-    label_[i] = label++;
-    cells_[i]->node->class_no = fresh;
+int ClassRefinement::new_group(int block) {
+  int g;
+  if (free_groups_.empty()) {
+    g = static_cast<int>(groups_.size());
+    groups_.emplace_back();
+  } else {
+    g = free_groups_.back();
+    free_groups_.pop_back();
   }
-  recheck_class(fresh);
-  // A member whose first member's operand moved is compared afresh with
-  // the whole class; any other is compared alone.
-  std::vector<int> classes;
-  for (int j : moved) {
-    for (int i : parents_[j]) {
-      const int c = cells_[i]->node->class_no;
-      if (head_[c - 1] == i) {
-        classes.push_back(c);
+  groups_[g] = Group{-1, 0, -1, -1, -1};
+  link_group(g, block);
+  if (blocks_[block].n_groups == 2) splittable_.insert(blocks_[block].number);
+  return g;
+}
+
+void ClassRefinement::link_group(int g, int block) {
+  Block& b = blocks_[block];
+  groups_[g].block = block;
+  groups_[g].prev = -1;
+  groups_[g].next = b.groups;
+  if (b.groups != -1) groups_[b.groups].prev = g;
+  b.groups = g;
+  ++b.n_groups;
+}
+
+void ClassRefinement::unlink_group(int g) {
+  Group& group = groups_[g];
+  Block& b = blocks_[group.block];
+  if (group.prev != -1) {
+    groups_[group.prev].next = group.next;
+  } else {
+    b.groups = group.next;
+  }
+  if (group.next != -1) groups_[group.next].prev = group.prev;
+  --b.n_groups;
+}
+
+int ClassRefinement::new_block() {
+  blocks_.push_back(Block{0, true, -1, -1, 0, -1, 0});
+  return static_cast<int>(blocks_.size()) - 1;
+}
+
+const std::vector<int>& ClassRefinement::move_groups(const std::vector<int>& groups, int from,
+                                                     int to) {
+  std::vector<int>& moved = moved_;
+  moved.clear();
+  for (int g : groups) {
+    unlink_group(g);
+    link_group(g, to);
+    for (int i = groups_[g].head; i != -1; i = members_[i].group_next) {
+      Member& m = members_[i];
+      m.block = to;
+      if (m.list_prev != -1) {
+        members_[m.list_prev].list_next = m.list_next;
       } else {
-        recheck(i);
+        blocks_[from].head = m.list_next;
       }
+      if (m.list_next != -1) {
+        members_[m.list_next].list_prev = m.list_prev;
+      } else {
+        blocks_[from].tail = m.list_prev;
+      }
+      moved.push_back(i);
     }
   }
-  std::sort(classes.begin(), classes.end());
-  classes.erase(std::unique(classes.begin(), classes.end()), classes.end());
-  for (int c : classes) recheck_class(c);
+  std::sort(moved.begin(), moved.end());
+  const int n = static_cast<int>(moved.size());
+  for (int at = 0; at < n; ++at) {
+    members_[moved[at]].list_prev = at > 0 ? moved[at - 1] : -1;
+    members_[moved[at]].list_next = at + 1 < n ? moved[at + 1] : -1;
+  }
+  blocks_[from].size -= n;
+  blocks_[to].size = n;
+  blocks_[to].head = moved.front();
+  blocks_[to].tail = moved.back();
+  return moved;
+}
+
+// The members like the first stay in class k, the others form the new
+// class; whichever side is smaller moves to a fresh block, and the block
+// left behind takes the class number of the side it keeps.
+void ClassRefinement::split(int k) {
+  const int from = block_of_class_[k - 1];
+  const bool forwards = blocks_[from].forwards;
+  const int first = forwards ? blocks_[from].head : blocks_[from].tail;
+  const int staying = members_[first].group;
+  const bool move_staying = 2 * groups_[staying].size <= blocks_[from].size;
+  std::vector<int>& groups = moving_groups_;
+  groups.clear();
+  if (move_staying) {
+    groups.push_back(staying);
+  } else {
+    for (int g = blocks_[from].groups; g != -1; g = groups_[g].next) {
+      if (g != staying) groups.push_back(g);
+    }
+  }
+  const int to = new_block();
+  const std::vector<int>& moved = move_groups(groups, from, to);
+  const int fresh = ++net_.n_classes;
+  const int leavers = move_staying ? from : to;
+  const int stayers = move_staying ? to : from;
+  splittable_.erase(k);
+  blocks_[stayers].number = k;
+  blocks_[stayers].forwards = forwards;
+  blocks_[leavers].number = fresh;
+  blocks_[leavers].forwards = !forwards;
+  block_of_class_[k - 1] = stayers;
+  block_of_class_.push_back(leavers);
+  if (blocks_[leavers].n_groups > 1) splittable_.insert(fresh);
+  regroup_parents(moved);
+}
+
+void ClassRefinement::regroup_parents(const std::vector<int>& moved) {
+  std::vector<int>& parents = parents_moved_;
+  parents.clear();
+  for (int i : moved) {
+    for (int at = parent_begin_[i]; at < parent_begin_[i + 1]; ++at) {
+      const int p = parents_[at];
+      if (touched_[p]) continue;
+      touched_[p] = 1;
+      parents.push_back(p);
+    }
+  }
+  for (int p : parents) {
+    touched_[p] = 0;
+    leave_group(p);
+  }
+  form_groups(parents);
 }
 
 void ClassRefinement::relink() {
+  for (size_t i = 0; i < cells_.size(); ++i) {
+    cells_[i]->node->class_no = blocks_[members_[i].block].number;
+  }
   for (int c = 1; c <= net_.n_classes; ++c) {
-    const int first = head_[c - 1];
-    net_.class_lists[c - 1] = cells_[first];
-    for (int i = first; i != -1; i = next_[i]) {
-      cells_[i]->next = next_[i] == -1 ? nullptr : cells_[next_[i]];
+    const Block& b = blocks_[block_of_class_[c - 1]];
+    NormNet::Cell** link = &net_.class_lists[c - 1];
+    for (int i = b.forwards ? b.head : b.tail; i != -1;
+         i = b.forwards ? members_[i].list_next : members_[i].list_prev) {
+      *link = cells_[i];
+      link = &cells_[i]->next;
     }
+    *link = nullptr;
   }
 }

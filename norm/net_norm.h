@@ -52,12 +52,8 @@ class NormNet : public Net {
   // Minimal network.
   /// An existing node equal to the requested one, or null.
   Exp* bool_simplify(OpKind kind, const std::vector<Exp*>& operands);
-  void initial_partition();
   void identity_partition();
   void minimal_network();
-  bool equivalent(Exp* a, Exp* b, int k);
-  bool same_class(Exp* x, Exp* y, int k);
-  bool same_shape(Exp* a, Exp* b);
   void rebuild();
   void print_classes();
   void print_class(Exp* node);
