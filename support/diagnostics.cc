@@ -142,7 +142,9 @@ int spin_step(int period, bool on_terminal) {
   return verbose_level;
 }
 
-int spin(int period) { return spin_step(period, isatty(2)); }
+// Asking the terminal is a system call, and the minimal network spins once
+// per split: it is asked only when the spinner may show.
+int spin(int period) { return verbose_level ? spin_step(period, isatty(2)) : 0; }
 
 void set_verbose() { verbose_level = 1; }
 void set_verbose_level(int level) { verbose_level = level; }
