@@ -1,7 +1,6 @@
 #include "reader/load_check.h"
 
 #include <string>
-#include <unordered_set>
 
 #include "net/net.h"
 #include "net/op_kind.h"
@@ -174,7 +173,9 @@ bool in_use(Net& net, const EquationPlace& place) {
 
 void check_operand_kinds(Net& net, const char* file, const std::vector<EquationPlace>& equations) {
   Checker checker{net, file};
-  std::unordered_set<const Exp*> seen;
+  // Shared operands are checked once: a node is marked by this pass's key,
+  // which costs nothing where a set of a million nodes would cost a heap.
+  const int seen = new_pass_key();
   std::vector<Exp*> stack;
   for (const EquationPlace& place : equations) {
     checker.place = &place;
@@ -184,7 +185,8 @@ void check_operand_kinds(Net& net, const char* file, const std::vector<EquationP
     while (!stack.empty()) {
       Exp* e = stack.back();
       stack.pop_back();
-      if (e->arity() == 0 || !seen.insert(e).second) continue;
+      if (e->arity() == 0 || e->visit_key == seen) continue;
+      e->visit_key = seen;
       if (e->op == CALL_n) {
         checker.check_call(e);
       } else {
