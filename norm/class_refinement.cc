@@ -15,12 +15,25 @@ uint64_t mix(uint64_t h, uint64_t v) {
 
 }  // namespace
 
-// The classes start as the kinds, numbered as they first appear among the
-// nodes newest first, each listing its nodes oldest first. Nodes are
-// visited oldest first, so a node's operands were mostly just visited.
 ClassRefinement::ClassRefinement(NormNet& net) : net_(net), splittable_(net.n_nodes + 1) {
   for (NormNet::Cell* cell = net_.made; cell; cell = cell->next) cells_.push_back(cell);
   std::reverse(cells_.begin(), cells_.end());
+  const int n = static_cast<int>(cells_.size());
+  start_by_kind();
+  read_operands();
+  touched_.assign(n, 0);
+  // Blocks and live groups never outnumber the members: room for all,
+  // so that growing never copies them.
+  blocks_.reserve(n);
+  groups_.reserve(n);
+  std::vector<int> all(n);
+  for (int i = 0; i < n; ++i) all[i] = i;
+  form_groups(all);
+}
+
+// The classes start as the kinds, numbered as they first appear among the
+// nodes newest first, each listing its nodes oldest first.
+void ClassRefinement::start_by_kind() {
   const int n = static_cast<int>(cells_.size());
   kinds_.reserve(n);
   for (int i = 0; i < n; ++i) {
@@ -53,6 +66,11 @@ ClassRefinement::ClassRefinement(NormNet& net) : net_(net), splittable_(net.n_no
     b.tail = i;
     ++b.size;
   }
+}
+
+// Oldest first, so a node's operands were mostly just visited.
+void ClassRefinement::read_operands() {
+  const int n = static_cast<int>(cells_.size());
   // Leaves keep their code in their number meanwhile, 0 again at the end.
   std::vector<Exp*> leaves;
   std::vector<int> n_parents(n, 0);
@@ -65,22 +83,17 @@ ClassRefinement::ClassRefinement(NormNet& net) : net_(net), splittable_(net.n_no
     operand_begin_.push_back(static_cast<int>(operands_.size()));
     for (Exp* o : e->operands) {
       Exp* target = net_.through_ref(o);
-      int code;
-      if (target->class_no > 0) {
-        if (target->class_no > n) {
-          internal_error("file 'class_refinement':\nClassRefinement : operand outside the net\n");
-        }
-        code = target->class_no - 1;
-        if (last_parent[code] != i) {
-          last_parent[code] = i;
-          ++n_parents[code];
-        }
-      } else {
-        if (target->class_no == 0) {
-          leaves.push_back(target);
-          target->class_no = -static_cast<int>(leaves.size());
-        }
-        code = target->class_no;
+      if (target->class_no > n) {
+        internal_error("file 'class_refinement':\nClassRefinement : operand outside the net\n");
+      }
+      if (target->class_no == 0) {
+        leaves.push_back(target);
+        target->class_no = -static_cast<int>(leaves.size());
+      }
+      const int code = target->class_no > 0 ? target->class_no - 1 : target->class_no;
+      if (code >= 0 && last_parent[code] != i) {
+        last_parent[code] = i;
+        ++n_parents[code];
       }
       operands_.push_back(code);
     }
@@ -99,14 +112,6 @@ ClassRefinement::ClassRefinement(NormNet& net) : net_(net), splittable_(net.n_no
       parents_[parent_begin_[code + 1] - n_parents[code]--] = i;
     }
   }
-  touched_.assign(n, 0);
-  // Blocks and live groups never outnumber the members: room for all,
-  // so that growing never copies them.
-  blocks_.reserve(n);
-  groups_.reserve(n);
-  std::vector<int> all(n);
-  for (int i = 0; i < n; ++i) all[i] = i;
-  form_groups(all);
 }
 
 int ClassRefinement::next_splittable(int k) const {

@@ -1,5 +1,5 @@
-// The splitting of the minimal network's classes, in O(m log n) for m
-// operands. The classes come out numbered, ordered and headed exactly as by
+// The splitting of the minimal network's classes: O(m log n) regroupings
+// for m operands, and a sort of each moved side. The classes come out numbered, ordered and headed exactly as by
 // the sweep that compares every member of a class with its first member and
 // moves all that differ, in reverse order, to one new class.
 //
@@ -63,6 +63,9 @@ class ClassRefinement {
     int n_groups;
   };
 
+  void start_by_kind();
+  /// Codes the operands and indexes the parents.
+  void read_operands();
   int operand_value(int code) const;
   /// The operands of a kind that commutes, as an unordered pair.
   std::pair<int, int> sorted_pair(const int* codes) const;
