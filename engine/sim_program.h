@@ -5,6 +5,7 @@
 // and assertion node lists are empty, and so `record` finds nothing.
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -43,7 +44,7 @@ class SimProgram : public PNetInterface {
   /// Takes ownership of an item made by the builder, and numbers it.
   EvalItem* own(EvalItem* item);
   /// Every item, in the order they were made.
-  const std::vector<std::unique_ptr<EvalItem>>& items() const { return items_; }
+  const std::deque<std::unique_ptr<EvalItem>>& items() const { return items_; }
   /// The type output `i` is declared with. Its final node may stand for a
   /// class of nodes of several types, and carries the type of one of them.
   QvType* output_type(int i) const { return output_types_[i]; }
@@ -60,7 +61,9 @@ class SimProgram : public PNetInterface {
   unsigned step_counter = 0;
 
  private:
-  std::vector<std::unique_ptr<EvalItem>> items_;
+  // A vector of a million items would copy itself as it grows, and then
+  // take twice its size at the peak of the load.
+  std::deque<std::unique_ptr<EvalItem>> items_;
   std::vector<QvType*> output_types_;
   std::optional<Schedule> schedule_;
   bool by_items_ = false;
