@@ -1,11 +1,11 @@
 // From the final network to the evaluation graph: one item per node,
 // shared by every parent, made before its operands so that a path from an
 // operand back to the node (through a memory) finds it.
-#include <cstdint>
 #include <cstdio>
 #include <deque>
 #include <iterator>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "engine/build_support.h"
@@ -133,6 +133,44 @@ Exp* decider(Exp* e, EvalDecider by) {
   return e;
 }
 
+/// The item made for each node so far. The graph is built from the
+/// representatives alone, one per class, so a vector by class number finds
+/// theirs (a mark on each of a million nodes would weigh more); the few
+/// nodes outside every class (leaves, and equations given to inputs or
+/// constants) go by address.
+class ItemIndex {
+ public:
+  explicit ItemIndex(int n_classes) : by_class_(static_cast<size_t>(n_classes) + 1, nullptr) {}
+
+  EvalItem* find(const Exp* e) const {
+    if (e->class_no == 0) {
+      auto it = unclassed_.find(e);
+      return it == unclassed_.end() ? nullptr : it->second;
+    }
+    return by_class_[checked(e)];
+  }
+  void add(const Exp* e, EvalItem* item) {
+    if (e->class_no == 0) {
+      unclassed_.emplace(e, item);
+    } else {
+      by_class_[checked(e)] = item;
+    }
+  }
+
+ private:
+  size_t checked(const Exp* e) const {
+    const auto c = static_cast<size_t>(e->class_no);
+    if (c >= by_class_.size()) {
+      internal_error("file 'build_eval':\nbuild_item : class %zu beyond the %zu classes\n", c,
+                     by_class_.size() - 1);
+    }
+    return c;
+  }
+
+  std::vector<EvalItem*> by_class_;
+  std::unordered_map<const Exp*, EvalItem*> unclassed_;
+};
+
 /// A node whose item exists, and the operand nodes still to be built into it.
 struct Frame {
   EvalItem* item;
@@ -185,7 +223,7 @@ EvalItem* make_constant(Net& net, Exp* e) {
 
 /// Makes the item of `e` and records it on the node, and tells which nodes
 /// its operands are made from; null, after a message, when there is none.
-EvalItem* start_item(SimProgram& p, Exp* e, Frame* frame) {
+EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
   Net& net = *p.net;
   *frame = Frame{nullptr, {nullptr, nullptr}, e->operands.data(), e->arity(), 0, false};
   EvalItem* item = nullptr;
@@ -229,25 +267,52 @@ EvalItem* start_item(SimProgram& p, Exp* e, Frame* frame) {
   }
   p.own(item);
   frame->item = item;
-  e->visit_key = p.build_key;
-  e->set_mark(p.build_key, reinterpret_cast<std::intptr_t>(item));
+  index.add(e, item);
   return item;
 }
 
-EvalItem* built(const SimProgram& p, const Exp* e) {
-  return e->visit_key == p.build_key ? reinterpret_cast<EvalItem*>(e->get_mark(p.build_key))
-                                     : nullptr;
+/// The item of a node, built on first request and shared afterwards; null
+/// when the node cannot be simulated (the reason is on standard error).
+/// Depth first, in operand order, as a recursion over the operands would
+/// go, but on an explicit stack: chains of a million equations are built
+/// without exhausting the C stack.
+EvalItem* build_item(SimProgram& p, ItemIndex& index, Exp* e) {
+  if (EvalItem* item = index.find(e)) return item;
+  // As deep as the longest chain: a deque grows without copying it.
+  std::deque<Frame> stack(1);
+  EvalItem* root = start_item(p, index, e, &stack[0]);
+  if (!root) return nullptr;
+  while (!stack.empty()) {
+    Frame& top = stack.back();
+    if (top.next == top.count) {
+      // A memory joins the list once its operands are built.
+      if (top.is_last) p.memories.push_back(top.item);
+      stack.pop_back();
+      continue;
+    }
+    Exp* child = top.child(top.next);
+    if (EvalItem* item = index.find(child)) {
+      top.item->operands[top.next++] = item;
+      continue;
+    }
+    Frame fresh;
+    EvalItem* item = start_item(p, index, child, &fresh);
+    if (!item) return nullptr;
+    top.item->operands[top.next++] = item;
+    stack.push_back(fresh);
+  }
+  return root;
 }
 
 /// Builds the value item and then the clock item of an output or
 /// assertion node; false when either cannot be built.
-bool build_clocked(SimProgram& p, Exp* e, EvalItem* operands[2]) {
+bool build_clocked(SimProgram& p, ItemIndex& index, Exp* e, EvalItem* operands[2]) {
   Exp* value;
   Exp* clock;
   clock_split(*p.net, e, &value, &clock);
-  operands[0] = build_item(p, value);
+  operands[0] = build_item(p, index, value);
   if (!operands[0]) return false;
-  operands[1] = build_item(p, clock);
+  operands[1] = build_item(p, index, clock);
   return operands[1] != nullptr;
 }
 
@@ -262,56 +327,25 @@ EvalItem* make_output(SimProgram& p, QvType* type, EvalItem* const operands[2]) 
 
 }  // namespace
 
-// Depth first, in operand order, as a recursion over the operands would
-// go, but on an explicit stack: chains of a million equations are built
-// without exhausting the C stack.
-EvalItem* build_item(SimProgram& p, Exp* e) {
-  if (EvalItem* item = built(p, e)) return item;
-  // As deep as the longest chain: a deque grows without copying it.
-  std::deque<Frame> stack(1);
-  EvalItem* root = start_item(p, e, &stack[0]);
-  if (!root) return nullptr;
-  while (!stack.empty()) {
-    Frame& top = stack.back();
-    if (top.next == top.count) {
-      // A memory joins the list once its operands are built.
-      if (top.is_last) p.memories.push_back(top.item);
-      stack.pop_back();
-      continue;
-    }
-    Exp* child = top.child(top.next);
-    if (EvalItem* item = built(p, child)) {
-      top.item->operands[top.next++] = item;
-      continue;
-    }
-    Frame fresh;
-    EvalItem* item = start_item(p, child, &fresh);
-    if (!item) return nullptr;
-    top.item->operands[top.next++] = item;
-    stack.push_back(fresh);
-  }
-  return root;
-}
-
 int build_eval(SimProgram& p) {
-  Net& net = *p.net;
-  p.build_key = new_pass_key();
+  NormNet& net = *p.net;
+  ItemIndex index(net.n_classes);
   p.input_items.assign(p.n_inputs, nullptr);
   for (int i = 0; i < p.n_inputs; ++i) {
-    p.input_items[i] = build_item(p, p.input_nodes[i]);
+    p.input_items[i] = build_item(p, index, p.input_nodes[i]);
     if (!p.input_items[i]) return 1;
   }
   p.memories.clear();
   p.output_items.assign(p.n_outputs, nullptr);
   for (int i = 0; i < p.n_outputs; ++i) {
     EvalItem* operands[2];
-    if (!build_clocked(p, p.output_nodes[i], operands)) return 1;
+    if (!build_clocked(p, index, p.output_nodes[i], operands)) return 1;
     p.output_items[i] = make_output(p, p.output_type(i), operands);
   }
   p.assert_items.assign(p.n_asserts, nullptr);
   for (int i = 0; i < p.n_asserts; ++i) {
     EvalItem* operands[2];
-    if (!build_clocked(p, p.assert_nodes[i], operands)) return 1;
+    if (!build_clocked(p, index, p.assert_nodes[i], operands)) return 1;
     if (net.type(p.assert_nodes[i]) != net.bool_type) {
       fputs("Assertions must be boolean expressions", stderr);
       return 1;

@@ -16,7 +16,18 @@ SimProgram::SimProgram(const char* path, SymbolTable* table, const LoadOptions& 
   // Only the final nodes are built; the normal form behind them would
   // double the memory a large program takes.
   net->release_normal_form();
+  output_types_.resize(n_outputs);
+  for (int i = 0; i < n_outputs; ++i) {
+    const IdentInfo* info = net->ident_info(output_names[i]);
+    output_types_[i] = info && info->type ? info->type : net->type(output_nodes[i]);
+  }
   if (build_eval(*this) != 0) end_process(1);
+  // The items stand for the final nodes from now on; a million of them
+  // would weigh as much as the items while the schedule is derived.
+  net->release_final_nodes();
+  for (std::vector<Exp*>* nodes : {&output_nodes, &local_nodes, &assert_nodes}) {
+    std::vector<Exp*>().swap(*nodes);
+  }
   schedule_.emplace(derive_step_code(*this));
   end_phase();
 }
@@ -25,11 +36,6 @@ EvalItem* SimProgram::own(EvalItem* item) {
   item->number = static_cast<int>(items_.size());
   items_.emplace_back(item);
   return item;
-}
-
-QvType* SimProgram::output_type(int i) const {
-  const IdentInfo* info = net->ident_info(output_names[i]);
-  return info && info->type ? info->type : net->type(output_nodes[i]);
 }
 
 void SimProgram::begin_step() {

@@ -1,8 +1,11 @@
 // The loaded program with its evaluation graph: one item per node of the
 // final network, the tables the step cycle and the front ends work on, and
-// the memories advanced after every step.
+// the memories advanced after every step. Once the graph is built, the
+// net keeps its names and leaves but no operator node: the output, local
+// and assertion node lists are empty, and so `record` finds nothing.
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -41,13 +44,11 @@ class SimProgram : public PNetInterface {
   /// Takes ownership of an item made by the builder, and numbers it.
   EvalItem* own(EvalItem* item);
   /// Every item, in the order they were made.
-  const std::vector<std::unique_ptr<EvalItem>>& items() const { return items_; }
+  const std::deque<std::unique_ptr<EvalItem>>& items() const { return items_; }
   /// The type output `i` is declared with. Its final node may stand for a
   /// class of nodes of several types, and carries the type of one of them.
-  QvType* output_type(int i) const;
+  QvType* output_type(int i) const { return output_types_[i]; }
 
-  /// Pass key of the build: marks the nodes that have their item.
-  int build_key = 0;
   /// The clocked item of each output, in declaration order.
   std::vector<EvalItem*> output_items;
   std::vector<EvalItem*> assert_items;
@@ -60,7 +61,10 @@ class SimProgram : public PNetInterface {
   unsigned step_counter = 0;
 
  private:
-  std::vector<std::unique_ptr<EvalItem>> items_;
+  // A vector of a million items would copy itself as it grows, and then
+  // take twice its size at the peak of the load.
+  std::deque<std::unique_ptr<EvalItem>> items_;
+  std::vector<QvType*> output_types_;
   std::optional<Schedule> schedule_;
   bool by_items_ = false;
 };
@@ -68,6 +72,3 @@ class SimProgram : public PNetInterface {
 /// Builds the whole graph: 0 on success, 1 when the program cannot be
 /// simulated (the reason is on standard error).
 int build_eval(SimProgram& program);
-/// The item of a node, built on first request and shared afterwards; null
-/// when the node cannot be simulated (the reason is on standard error).
-EvalItem* build_item(SimProgram& program, Exp* e);

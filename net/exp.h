@@ -94,8 +94,6 @@ struct Exp {
   MarkList marks;
   /// String number of the clock identifier; -1 = not yet computed.
   int clock = -1;
-  /// Pass key of the last traversal that finished this node.
-  int visit_key = 0;
   /// Equivalence class from minimal network generation, from 1; 0 = none.
   int class_no = 0;
   /// String number of the node's identifier; 0 = anonymous.

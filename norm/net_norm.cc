@@ -184,6 +184,11 @@ void NormNet::release_normal_form() {
   released_ = true;
 }
 
+void NormNet::release_final_nodes() {
+  release_normal_form();
+  reps_.clear();
+}
+
 void NormNet::check_normal_form(const char* operation) const {
   if (released_) {
     internal_error("file 'net_norm':\nNormNet::%s : the normal form was released\n", operation);

@@ -47,6 +47,9 @@ class NormNet : public Net {
   /// them, leaving the representatives and the leaves: for a caller that
   /// has taken the final nodes and wants no dump of the normal form.
   void release_normal_form();
+  /// Frees the representatives too, once the caller has made of them all
+  /// it needs: only the leaves and the tables of names stay.
+  void release_final_nodes();
   void print();
 
   // Minimal network.

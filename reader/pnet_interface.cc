@@ -66,18 +66,18 @@ std::unique_ptr<PNetInterface::Record> PNetInterface::record(const Exp* e) const
   auto r = std::make_unique<Record>();
   bool found = false;
   // Positions are 1-based and listed latest first.
-  const auto positions = [&](const std::vector<Exp*>& nodes, int n, IndexList** list) {
-    for (int i = 0; i < n; ++i) {
+  const auto positions = [&](const std::vector<Exp*>& nodes, IndexList** list) {
+    for (size_t i = 0; i < nodes.size(); ++i) {
       if (nodes[i] != e) continue;
-      *list = IndexList::join(new IndexList(i + 1), *list);
+      *list = IndexList::join(new IndexList(static_cast<int>(i) + 1), *list);
       found = true;
     }
   };
-  positions(output_nodes, n_outputs, &r->output_positions);
-  positions(local_nodes, n_locals, &r->local_positions);
-  for (int i = 0; i < n_asserts; ++i) {
+  positions(output_nodes, &r->output_positions);
+  positions(local_nodes, &r->local_positions);
+  for (size_t i = 0; i < assert_nodes.size(); ++i) {
     if (assert_nodes[i] != e) continue;
-    r->assert_no = i + 1;
+    r->assert_no = static_cast<int>(i) + 1;
     found = true;
   }
   return found ? std::move(r) : nullptr;

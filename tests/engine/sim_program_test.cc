@@ -64,6 +64,25 @@ TEST(BuildEval, SharedNodesShareOneItem) {
   EXPECT_EQ(sum->operands[0], l.program->input_items[0]);
 }
 
+// Once built, the program holds its items and no operator node: the node
+// lists are empty, so nothing can reach a freed node through them, and
+// each output keeps the type it was declared with.
+TEST(BuildEval, TheBuiltProgramKeepsNoOperatorNode) {
+  Loaded l(
+      "node n (a : int) returns (x : bool; y : int);\n"
+      "var z : int;\n"
+      "let z = a * 3; x = z > 0; y = z + 1; assert z > a; tel\n");
+  SimProgram& p = *l.program;
+  EXPECT_TRUE(p.output_nodes.empty());
+  EXPECT_TRUE(p.local_nodes.empty());
+  EXPECT_TRUE(p.assert_nodes.empty());
+  EXPECT_EQ(p.record(p.input_nodes[0]), nullptr);
+  EXPECT_EQ(p.output_type(0), p.net->bool_type);
+  EXPECT_EQ(p.output_type(1), p.net->int_type);
+  ASSERT_EQ(p.assert_items.size(), 1u);
+  EXPECT_EQ(p.assert_items[0]->operands[0]->operands[0], l.output_value(1)->operands[0]);
+}
+
 // An item is made before its operands, so the path from k back to itself
 // through its memory finds it; memories are listed in the order reached,
 // the first-instant flag that both arrows share first. How clocked outputs
