@@ -102,6 +102,9 @@ struct Exp {
   /// RCL_n and ICL_n: the number of the linear form, from 1 (0 = none).
   int param = 0;
   OpKind op = ERROR_n;
+  /// Key of the last pass that visited the node (see new_pass_key); it
+  /// fills what would be padding.
+  int visit_key = 0;
 
   int arity() const { return static_cast<int>(operands.size()); }
   Exp* operand(int i) const { return operands[i]; }
