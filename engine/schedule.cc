@@ -336,6 +336,10 @@ void Schedule::run(uint32_t begin, uint32_t end) {
         x.rs = s[in.a];
         x.rv = 0;
         break;
+      case OP_STATE:
+        x.rs = s[in.a];
+        x.rv = v[in.a];
+        break;
       case OP_CHECK_CLOCK:
         if (s[in.a] != 0) clock_takes_on_nil();
         break;

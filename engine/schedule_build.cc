@@ -38,10 +38,11 @@ bool reads_as_zero(StepOp op, const EvalItem& item, int j) {
 }
 
 /// A step of the walk in the order it takes them: compute an item, read
-/// its operand `operand` as zero, check its clock, or sample a root or
-/// take a memory's next state, once what they read is computed.
+/// its operand `operand` as zero, check its clock, keep a memory's state
+/// for the next states, or sample a root or take a memory's next state,
+/// once what they read is computed.
 struct Entry {
-  enum What : uint8_t { kCompute, kZero, kCheck, kRoot, kNext };
+  enum What : uint8_t { kCompute, kZero, kCheck, kState, kRoot, kNext };
   What what;
   int operand;
   EvalItem* item;
@@ -66,7 +67,11 @@ bool is_choice(StepOp op) {
 class Deriver {
  public:
   explicit Deriver(const SimProgram& p)
-      : p_(p), slot_(p.items().size(), kUnplaced), state_(slot_), fused_(slot_.size(), 0) {}
+      : p_(p),
+        slot_(p.items().size(), kUnplaced),
+        state_(slot_),
+        kept_(slot_),
+        fused_(slot_.size(), 0) {}
 
   StepCode derive() {
     place_leaves_and_states();
@@ -156,11 +161,28 @@ class Deriver {
     add(Entry::kRoot, root);
   }
 
+  // A memory's next state reads the value its operands have at this step.
+  // An operand that is another memory has it in its state only until that
+  // memory takes its own next state, which may come first: it is read from
+  // a copy made before any memory takes its state.
   void walk_next(EvalItem* memory) {
-    for (int j = 0; j < memory->n_operands; ++j) walk(memory->operands[j]);
+    for (int j = 0; j < memory->n_operands; ++j) {
+      EvalItem* operand = memory->operands[j];
+      walk(operand);
+      if (reads_state_of_other(*memory, j) && kept_[operand->number] == kUnplaced) {
+        kept_[operand->number] = kWalking;
+        add(Entry::kState, operand);
+      }
+    }
     if (memory->step_op() == OP_FIRST) add(Entry::kCheck, memory);
     add_zeros(memory);
     add(Entry::kNext, memory);
+  }
+
+  static bool reads_state_of_other(const EvalItem& memory, int j) {
+    const EvalItem& operand = *memory.operands[j];
+    return !operand.demands() && &operand != &memory &&
+           !reads_as_zero(memory.step_op(), memory, j);
   }
 
   void add_zeros(EvalItem* item) {
@@ -190,7 +212,7 @@ class Deriver {
   void fuse_comparisons() {
     std::vector<uint32_t> reads(slot_.size(), 0);
     for (const Entry& e : entries_) {
-      if (e.what == Entry::kZero) continue;
+      if (e.what == Entry::kZero || e.what == Entry::kState) continue;
       const int n = e.what == Entry::kCheck ? 1 : e.item->n_operands;
       for (int j = 0; j < n; ++j) ++reads[e.item->operands[j]->number];
       // A first-instant flag's next state reads its own value.
@@ -228,6 +250,7 @@ class Deriver {
       if (e.what == Entry::kCompute && !is_fused(e)) {
         slot_[e.item->number] = out_.code_begin + e.position;
       }
+      if (e.what == Entry::kState) kept_[e.item->number] = out_.code_begin + e.position;
     }
   }
 
@@ -250,6 +273,9 @@ class Deriver {
           continue;
         case Entry::kCheck:
           out_.code[e.position] = {OP_CHECK_CLOCK, slot_[item.operands[0]->number], 0, 0, 0};
+          continue;
+        case Entry::kState:
+          out_.code[e.position] = {OP_STATE, state_[item.number], 0, 0, 0};
           continue;
         case Entry::kCompute: {
           if (is_fused(e)) continue;
@@ -308,6 +334,7 @@ class Deriver {
       case OP_LAST_N:
       case OP_FIRST:
       case OP_ZERO:
+      case OP_STATE:
       case OP_CHECK_CLOCK:
       case OP_LAST_NEXT_I:
       case OP_LAST_NEXT_W:
@@ -322,15 +349,22 @@ class Deriver {
     return instr;
   }
 
+  uint32_t next_operand_slot(const EvalItem& memory, int j) {
+    if (reads_state_of_other(memory, j)) return kept_[memory.operands[j]->number];
+    return operand_slot(memory, j);
+  }
+
   StepInstr next_state(const EvalItem& memory) {
     const uint32_t state = state_[memory.number];
     switch (memory.step_op()) {
       case OP_FIRST:
-        return {OP_FIRST_NEXT, slot_[memory.number], operand_slot(memory, 0), state, 0};
+        return {OP_FIRST_NEXT, slot_[memory.number], next_operand_slot(memory, 0), state, 0};
       case OP_LAST_I:
-        return {OP_LAST_NEXT_I, operand_slot(memory, 0), operand_slot(memory, 1), state, 0};
+        return {OP_LAST_NEXT_I, next_operand_slot(memory, 0), next_operand_slot(memory, 1), state,
+                0};
       default:
-        return {OP_LAST_NEXT_W, operand_slot(memory, 0), operand_slot(memory, 1), state, 0};
+        return {OP_LAST_NEXT_W, next_operand_slot(memory, 0), next_operand_slot(memory, 1), state,
+                0};
     }
   }
 
@@ -338,8 +372,10 @@ class Deriver {
   StepCode out_;
   /// By item number: the slot of its value, or kUnplaced or kWalking.
   std::vector<uint32_t> slot_;
-  /// By item number, for the memories: the slot of their state.
+  /// By item number, for the memories: the slot of their state, and of
+  /// its copy for the next states that read it.
   std::vector<uint32_t> state_;
+  std::vector<uint32_t> kept_;
   /// By item number: a comparison its `if` makes.
   std::vector<uint8_t> fused_;
   std::vector<Frame> stack_;

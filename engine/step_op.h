@@ -60,9 +60,11 @@ enum StepOp : uint8_t {
   OP_COND_N,
   // The schedule's own: an operand held as a name and read as a number,
   // or the other way round, which reads as zero with the operand's status;
-  // the fused `if`s; the clock check of a first-instant flag's next state;
-  // the next states.
+  // a memory's state as it stands during the step, for a next state that
+  // reads it; the fused `if`s; the clock check of a first-instant flag's
+  // next state; the next states.
   OP_ZERO,
+  OP_STATE,
   // An `if` over a comparison that nothing else reads, compared in place.
   OP_IF_EQ_I,
   OP_IF_NE_I,

@@ -167,6 +167,29 @@ TEST(ScheduleOracle, InstantaneousCycleReadsThePreviousValueBothWays) {
   }
 }
 
+// A memory of a memory takes the state the inner one had during the step,
+// whichever of the two takes its next state first: the shared `pre w` is
+// completed before or after `pre (pre w)` by the order of the equations.
+TEST(ScheduleOracle, MemoryOfMemoryTakesTheStateOfTheStep) {
+  for (const char* equations : {"y = pre w; z = pre (pre w);", "z = pre (pre w); y = pre w;"}) {
+    ProgramFile file(std::string("node n (c : bool) returns (y, z : int); var w : int;\nlet ") +
+                     equations + " w = 0 -> z + 1; tel\n");
+    for (bool by_items : {false, true}) {
+      OneRun run(file, by_items);
+      std::string outputs;
+      for (int step = 0; step < 6; ++step) {
+        ASSERT_TRUE(run.act(false));
+        for (const EvalItem* o : run.program->output_items) {
+          outputs += (o->status ? "nil" : std::to_string(o->value.i)) + " ";
+        }
+        outputs += "| ";
+      }
+      EXPECT_EQ(outputs, "nil nil | 0 nil | nil 0 | 1 nil | nil 1 | 2 nil | ")
+          << equations << by_items;
+    }
+  }
+}
+
 TEST(ScheduleOracle, RandomProgramsRunAlikeBothWays) {
   constexpr unsigned kPrograms = 400;
   constexpr int kSteps = 14;
