@@ -146,15 +146,20 @@ void Schedule::advance() {
   run(c_.advance_begin, static_cast<uint32_t>(c_.code.size()));
   uint64_t* v = c_.values.data();
   uint8_t* s = c_.statuses.data();
-  for (const StepInstr& in : c_.next) {
-    if (in.op == OP_FIRST_NEXT) {
-      if (truth(v[in.a])) v[in.c] = !truth(v[in.b]);
-      continue;
-    }
-    if (s[in.b] != 0) clock_takes_on_nil();
-    if (!truth(v[in.b])) continue;
-    s[in.c] = s[in.a];
-    if (s[in.a] == 0) v[in.c] = v[in.a] & (in.op == OP_LAST_NEXT_I ? kLowHalf : kWhole);
+  // No reader looks at an undefined value, so an undefined one is copied
+  // along with its status.
+  for (const StateCopy& m : c_.copies) {
+    s[m.to] = s[m.from];
+    v[m.to] = v[m.from];
+  }
+  for (const NextState& m : c_.clocked) {
+    if (s[m.clock] != 0) clock_takes_on_nil();
+    if (!truth(v[m.clock])) continue;
+    s[m.to] = s[m.from];
+    v[m.to] = v[m.from] & (m.low_half ? kLowHalf : kWhole);
+  }
+  for (const FirstNext& f : c_.firsts) {
+    if (truth(v[f.state])) v[f.state] = !truth(v[f.clock]);
   }
 }
 

@@ -290,7 +290,7 @@ class Deriver {
                                 operand_slot(item, 1)});
           break;
         case Entry::kNext:
-          out_.next.push_back(next_state(item));
+          add_next_state(item);
           break;
       }
       zeros_.clear();
@@ -336,9 +336,6 @@ class Deriver {
       case OP_ZERO:
       case OP_STATE:
       case OP_CHECK_CLOCK:
-      case OP_LAST_NEXT_I:
-      case OP_LAST_NEXT_W:
-      case OP_FIRST_NEXT:
         internal_error("file 'schedule_build':\nno instruction for operation %d\n", op);
       default:
         break;
@@ -354,17 +351,25 @@ class Deriver {
     return operand_slot(memory, j);
   }
 
-  StepInstr next_state(const EvalItem& memory) {
+  // A first-instant flag reads its own value, which is its state; its
+  // clock was checked in the code.
+  void add_next_state(const EvalItem& memory) {
     const uint32_t state = state_[memory.number];
-    switch (memory.step_op()) {
-      case OP_FIRST:
-        return {OP_FIRST_NEXT, slot_[memory.number], next_operand_slot(memory, 0), state, 0};
-      case OP_LAST_I:
-        return {OP_LAST_NEXT_I, next_operand_slot(memory, 0), next_operand_slot(memory, 1), state,
-                0};
-      default:
-        return {OP_LAST_NEXT_W, next_operand_slot(memory, 0), next_operand_slot(memory, 1), state,
-                0};
+    if (memory.step_op() == OP_FIRST) {
+      out_.firsts.push_back({state, next_operand_slot(memory, 0)});
+      return;
+    }
+    const uint32_t from = next_operand_slot(memory, 0);
+    const EvalItem& clock = *memory.operands[1];
+    const bool low_half = memory.step_op() == OP_LAST_I;
+    const bool always = clock.step_op() == OP_CONST && !reads_as_zero(memory.step_op(), memory, 1) &&
+                        static_cast<uint32_t>(word_of(clock.value_kind, clock.value)) != 0;
+    // Every slot of an int holds its value zero-extended; only a real's
+    // word needs cutting.
+    if (always && !(low_half && memory.operands[0]->value_kind == VK_REAL)) {
+      out_.copies.push_back({from, state});
+    } else {
+      out_.clocked.push_back({from, next_operand_slot(memory, 1), state, low_half});
     }
   }
 

@@ -62,7 +62,7 @@ enum StepOp : uint8_t {
   // or the other way round, which reads as zero with the operand's status;
   // a memory's state as it stands during the step, for a next state that
   // reads it; the fused `if`s; the clock check of a first-instant flag's
-  // next state; the next states.
+  // next state.
   OP_ZERO,
   OP_STATE,
   // An `if` over a comparison that nothing else reads, compared in place.
@@ -81,7 +81,4 @@ enum StepOp : uint8_t {
   OP_IF_EQ_N,
   OP_IF_NE_N,
   OP_CHECK_CLOCK,
-  OP_LAST_NEXT_I,
-  OP_LAST_NEXT_W,
-  OP_FIRST_NEXT,
 };

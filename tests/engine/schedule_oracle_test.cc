@@ -135,6 +135,14 @@ class OneRun {
 struct Seen {
   std::set<int> ops;
   int loaded = 0, nil = 0, div_zero = 0, absent = 0, clock_nil = 0, resets = 0;
+  /// The ways a memory takes its next state.
+  int copied = 0, clocked = 0, low_half = 0, first = 0;
+
+  void note(const StepCode& code) {
+    copied += !code.copies.empty();
+    for (const NextState& m : code.clocked) (m.low_half ? low_half : clocked)++;
+    first += !code.firsts.empty();
+  }
 
   void note(const SimProgram& p) {
     for (const auto& item : p.items()) ops.insert(item->step_op());
@@ -203,6 +211,7 @@ TEST(ScheduleOracle, RandomProgramsRunAlikeBothWays) {
     ASSERT_EQ(scheduled.load.status, walked.load.status);
     if (!scheduled.program) continue;
     ++seen.loaded;
+    seen.note(derive_step_code(*walked.program));
     std::mt19937 rng(seed);
     for (int step = 0; step < kSteps; ++step) {
       const bool reset = rng() % 6 == 0;
@@ -231,6 +240,10 @@ TEST(ScheduleOracle, RandomProgramsRunAlikeBothWays) {
   EXPECT_GT(seen.absent, 0);
   EXPECT_GT(seen.clock_nil, 0);
   EXPECT_GT(seen.resets, 0);
+  EXPECT_GT(seen.copied, 0);
+  EXPECT_GT(seen.clocked, 0);
+  EXPECT_GT(seen.low_half, 0);
+  EXPECT_GT(seen.first, 0);
 }
 
 }  // namespace
