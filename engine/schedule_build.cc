@@ -1,5 +1,6 @@
 // Deriving a program's schedule from its items: the demand walk of a step,
 // taken once, written down as instructions over slots.
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -71,7 +72,10 @@ class Deriver {
         slot_(p.items().size(), kUnplaced),
         state_(slot_),
         kept_(slot_),
-        fused_(slot_.size(), 0) {}
+        computed_at_(slot_),
+        fused_at_(slot_),
+        fused_(slot_.size(), 0),
+        aliased_(slot_.size(), 0) {}
 
   StepCode derive() {
     place_leaves_and_states();
@@ -80,6 +84,7 @@ class Deriver {
     const size_t advance_entry = entries_.size();
     for (auto m = p_.memories.rbegin(); m != p_.memories.rend(); ++m) walk_next(*m);
     fuse_comparisons();
+    find_aliases();
     lay_out(advance_entry);
     encode();
     return std::move(out_);
@@ -196,6 +201,7 @@ class Deriver {
   }
 
   void add(Entry::What what, EvalItem* item, int operand = 0) {
+    if (what == Entry::kCompute) computed_at_[item->number] = static_cast<uint32_t>(entries_.size());
     entries_.push_back({what, operand, item, position_});
     if (takes_slot(entries_.back()) && out_.code_begin + ++position_ >= kWalking) {
       internal_error("file 'schedule_build':\ntoo many items\n");
@@ -223,11 +229,60 @@ class Deriver {
       const EvalItem& choice = *e.item;
       const EvalItem& compare = *choice.operands[0];
       const StepOp op = compare.step_op();
+      fused_at_[compare.number] = computed_at_[choice.number];
       fused_[compare.number] =
           fused_if(op) != OP_NONE && reads[compare.number] == 1 && !reads_as_zero(op, compare, 0) &&
           !reads_as_zero(op, compare, 1) &&
           !(choice.step_op() == OP_COND_I && (choice.operands[1]->value_kind == VK_REAL ||
                                               choice.operands[2]->value_kind == VK_REAL));
+    }
+  }
+
+  // A memory on the base clock holds the value its operand had at the
+  // step before. When every read of the memory comes before its operand is
+  // computed, the operand's own slot still holds that value there: the
+  // memory is read from it and takes no next state. It is nil at the first
+  // step and after a reset, as the operand's slot is then.
+  void find_aliases() {
+    constexpr uint32_t kAfterTheCode = UINT32_MAX;
+    std::vector<uint32_t> last_read(slot_.size(), 0);
+    auto note = [&](const EvalItem* read, uint32_t at) {
+      last_read[read->number] = std::max(last_read[read->number], at);
+    };
+    for (uint32_t i = 0; i < entries_.size(); ++i) {
+      const Entry& e = entries_[i];
+      switch (e.what) {
+        case Entry::kCompute: {
+          const uint32_t at = fused_[e.item->number] ? fused_at_[e.item->number] : i;
+          for (int j = 0; j < e.item->n_operands; ++j) note(e.item->operands[j], at);
+          break;
+        }
+        case Entry::kZero:
+          note(e.item->operands[e.operand], i);
+          break;
+        case Entry::kCheck:
+          note(e.item->operands[0], i);
+          break;
+        case Entry::kState:
+          note(e.item, i);
+          break;
+        case Entry::kRoot:
+          note(e.item->operands[0], i);
+          note(e.item->operands[1], i);
+          break;
+        case Entry::kNext:
+          // A memory read through a copy is read where the copy is made.
+          for (int j = 0; j < e.item->n_operands; ++j) {
+            if (!reads_state_of_other(*e.item, j)) note(e.item->operands[j], kAfterTheCode);
+          }
+          break;
+      }
+    }
+    for (const EvalItem* m : p_.memories) {
+      if (!takes_word_always(*m)) continue;
+      const EvalItem& operand = *m->operands[0];
+      const uint32_t at = computed_at_[operand.number];
+      aliased_[m->number] = at != kUnplaced && !fused_[operand.number] && last_read[m->number] < at;
     }
   }
 
@@ -252,6 +307,9 @@ class Deriver {
       }
       if (e.what == Entry::kState) kept_[e.item->number] = out_.code_begin + e.position;
     }
+    for (const EvalItem* m : p_.memories) {
+      if (aliased_[m->number]) slot_[m->number] = slot_[m->operands[0]->number];
+    }
   }
 
   // The zero readings of an item come right before it, in operand order.
@@ -275,7 +333,7 @@ class Deriver {
           out_.code[e.position] = {OP_CHECK_CLOCK, slot_[item.operands[0]->number], 0, 0, 0};
           continue;
         case Entry::kState:
-          out_.code[e.position] = {OP_STATE, state_[item.number], 0, 0, 0};
+          out_.code[e.position] = {OP_STATE, slot_[item.number], 0, 0, 0};
           continue;
         case Entry::kCompute: {
           if (is_fused(e)) continue;
@@ -359,18 +417,26 @@ class Deriver {
       out_.firsts.push_back({state, next_operand_slot(memory, 0)});
       return;
     }
+    if (aliased_[memory.number]) return;
     const uint32_t from = next_operand_slot(memory, 0);
-    const EvalItem& clock = *memory.operands[1];
-    const bool low_half = memory.step_op() == OP_LAST_I;
-    const bool always = clock.step_op() == OP_CONST && !reads_as_zero(memory.step_op(), memory, 1) &&
-                        static_cast<uint32_t>(word_of(clock.value_kind, clock.value)) != 0;
-    // Every slot of an int holds its value zero-extended; only a real's
-    // word needs cutting.
-    if (always && !(low_half && memory.operands[0]->value_kind == VK_REAL)) {
+    if (takes_word_always(memory)) {
       out_.copies.push_back({from, state});
     } else {
-      out_.clocked.push_back({from, next_operand_slot(memory, 1), state, low_half});
+      out_.clocked.push_back({from, next_operand_slot(memory, 1), state,
+                              memory.step_op() == OP_LAST_I});
     }
+  }
+
+  /// A memory on the base clock whose state is its operand's word as it is.
+  /// Every slot of an int holds its value zero-extended; only a real's word
+  /// needs cutting.
+  static bool takes_word_always(const EvalItem& memory) {
+    const StepOp op = memory.step_op();
+    if (op == OP_FIRST || reads_as_zero(op, memory, 0)) return false;
+    const EvalItem& clock = *memory.operands[1];
+    return clock.step_op() == OP_CONST && !reads_as_zero(op, memory, 1) &&
+           static_cast<uint32_t>(word_of(clock.value_kind, clock.value)) != 0 &&
+           !(op == OP_LAST_I && memory.operands[0]->value_kind == VK_REAL);
   }
 
   const SimProgram& p_;
@@ -381,8 +447,14 @@ class Deriver {
   /// its copy for the next states that read it.
   std::vector<uint32_t> state_;
   std::vector<uint32_t> kept_;
-  /// By item number: a comparison its `if` makes.
+  /// By item number: the entry that computes it, or kUnplaced; for a
+  /// comparison its `if` makes, the entry of the `if`.
+  std::vector<uint32_t> computed_at_;
+  std::vector<uint32_t> fused_at_;
+  /// By item number: a comparison its `if` makes; a memory read from its
+  /// operand's slot.
   std::vector<uint8_t> fused_;
+  std::vector<uint8_t> aliased_;
   std::vector<Frame> stack_;
   std::vector<Entry> entries_;
   uint32_t position_ = 0;

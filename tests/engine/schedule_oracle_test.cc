@@ -136,9 +136,11 @@ struct Seen {
   std::set<int> ops;
   int loaded = 0, nil = 0, div_zero = 0, absent = 0, clock_nil = 0, resets = 0;
   /// The ways a memory takes its next state.
-  int copied = 0, clocked = 0, low_half = 0, first = 0;
+  int copied = 0, clocked = 0, low_half = 0, first = 0, read_from_operand = 0;
 
-  void note(const StepCode& code) {
+  void note(const SimProgram& p, const StepCode& code) {
+    read_from_operand += p.memories.size() >
+                         code.copies.size() + code.clocked.size() + code.firsts.size();
     copied += !code.copies.empty();
     for (const NextState& m : code.clocked) (m.low_half ? low_half : clocked)++;
     first += !code.firsts.empty();
@@ -198,6 +200,25 @@ TEST(ScheduleOracle, MemoryOfMemoryTakesTheStateOfTheStep) {
   }
 }
 
+// `pre n` can be read from n's own slot only while n is not yet computed
+// in the step. Here the comparison is made by its `if`, after the else
+// branch has computed n.
+TEST(ScheduleOracle, MemoryReadAfterItsOperandIsComputedKeepsItsState) {
+  ProgramFile file(
+      "node n (c : bool) returns (y : int); var n : int;\n"
+      "let n = 0 -> pre n + 1; y = if pre n < 2 then 5 else n; tel\n");
+  for (bool by_items : {false, true}) {
+    OneRun run(file, by_items);
+    std::string outputs;
+    for (int step = 0; step < 5; ++step) {
+      ASSERT_TRUE(run.act(false));
+      const EvalItem& y = *run.program->output_items[0];
+      outputs += (y.status ? "nil" : std::to_string(y.value.i)) + " ";
+    }
+    EXPECT_EQ(outputs, "nil 5 5 3 4 ") << by_items;
+  }
+}
+
 TEST(ScheduleOracle, RandomProgramsRunAlikeBothWays) {
   constexpr unsigned kPrograms = 400;
   constexpr int kSteps = 14;
@@ -211,7 +232,7 @@ TEST(ScheduleOracle, RandomProgramsRunAlikeBothWays) {
     ASSERT_EQ(scheduled.load.status, walked.load.status);
     if (!scheduled.program) continue;
     ++seen.loaded;
-    seen.note(derive_step_code(*walked.program));
+    seen.note(*walked.program, derive_step_code(*walked.program));
     std::mt19937 rng(seed);
     for (int step = 0; step < kSteps; ++step) {
       const bool reset = rng() % 6 == 0;
@@ -244,6 +265,7 @@ TEST(ScheduleOracle, RandomProgramsRunAlikeBothWays) {
   EXPECT_GT(seen.clocked, 0);
   EXPECT_GT(seen.low_half, 0);
   EXPECT_GT(seen.first, 0);
+  EXPECT_GT(seen.read_from_operand, static_cast<int>(kPrograms) / 10);
 }
 
 }  // namespace
