@@ -61,6 +61,20 @@ StepOp fused_if(StepOp compare) {
   return static_cast<StepOp>(OP_IF_EQ_I + (compare - OP_EQ_I));
 }
 
+// The int comparisons, their fused `if`s and the forms of both over a
+// constant are listed in the same order.
+static_assert(OP_GE_I - OP_EQ_I == OP_GE_IK - OP_EQ_IK);
+static_assert(OP_IF_GE_I - OP_IF_EQ_I == OP_IF_GE_IK - OP_IF_EQ_IK);
+
+/// Whether `item` reads a constant number as its operand `j`, and which
+/// word as an int reads it.
+bool reads_constant(const EvalItem& item, int j, uint32_t& word) {
+  const EvalItem& operand = *item.operands[j];
+  if (operand.step_op() != OP_CONST || reads_as_zero(item.step_op(), item, j)) return false;
+  word = static_cast<uint32_t>(word_of(operand.value_kind, operand.value));
+  return true;
+}
+
 bool is_choice(StepOp op) {
   return op == OP_COND_I || op == OP_COND_R || op == OP_COND_N;
 }
@@ -356,6 +370,18 @@ class Deriver {
     }
   }
 
+  StepInstr by_constant(const EvalItem& item, uint32_t k) {
+    const uint32_t a = operand_slot(item, 0);
+    switch (item.step_op()) {
+      case OP_ADD_I:
+        return {OP_ADD_IK, a, k, 0, 0};
+      case OP_SUB_I:
+        return {OP_ADD_IK, a, 0u - k, 0, 0};
+      default:
+        return {static_cast<StepOp>(OP_EQ_IK + (item.step_op() - OP_EQ_I)), a, k, 0, 0};
+    }
+  }
+
   StepInstr compute(const EvalItem& item) {
     const StepOp op = item.step_op();
     switch (op) {
@@ -364,9 +390,26 @@ class Deriver {
       case OP_COND_N:
         if (fused_[item.operands[0]->number]) {
           const EvalItem& compare = *item.operands[0];
-          return {fused_if(compare.step_op()), slot_[compare.operands[0]->number],
-                  slot_[compare.operands[1]->number], operand_slot(item, 1), operand_slot(item, 2)};
+          const StepOp fused = fused_if(compare.step_op());
+          uint32_t k;
+          if (fused >= OP_IF_EQ_I && fused <= OP_IF_GE_I && reads_constant(compare, 1, k)) {
+            return {static_cast<StepOp>(OP_IF_EQ_IK + (fused - OP_IF_EQ_I)),
+                    slot_[compare.operands[0]->number], k, operand_slot(item, 1),
+                    operand_slot(item, 2)};
+          }
+          return {fused, slot_[compare.operands[0]->number], slot_[compare.operands[1]->number],
+                  operand_slot(item, 1), operand_slot(item, 2)};
         }
+        break;
+      case OP_ADD_I:
+      case OP_SUB_I:
+      case OP_EQ_I:
+      case OP_NE_I:
+      case OP_LT_I:
+      case OP_LE_I:
+      case OP_GT_I:
+      case OP_GE_I:
+        if (uint32_t k; reads_constant(item, 1, k)) return by_constant(item, k);
         break;
       case OP_UNARY_CALL:
         out_.unary.push_back(static_cast<const UFUNC_double_EI&>(item).op.function);
@@ -394,6 +437,19 @@ class Deriver {
       case OP_ZERO:
       case OP_STATE:
       case OP_CHECK_CLOCK:
+      case OP_ADD_IK:
+      case OP_EQ_IK:
+      case OP_NE_IK:
+      case OP_LT_IK:
+      case OP_LE_IK:
+      case OP_GT_IK:
+      case OP_GE_IK:
+      case OP_IF_EQ_IK:
+      case OP_IF_NE_IK:
+      case OP_IF_LT_IK:
+      case OP_IF_LE_IK:
+      case OP_IF_GT_IK:
+      case OP_IF_GE_IK:
         internal_error("file 'schedule_build':\nno instruction for operation %d\n", op);
       default:
         break;

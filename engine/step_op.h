@@ -81,4 +81,19 @@ enum StepOp : uint8_t {
   OP_IF_EQ_N,
   OP_IF_NE_N,
   OP_CHECK_CLOCK,
+  // Int operations whose second operand is a constant, held in the
+  // instruction: its status is 0. A subtraction adds the opposite.
+  OP_ADD_IK,
+  OP_EQ_IK,
+  OP_NE_IK,
+  OP_LT_IK,
+  OP_LE_IK,
+  OP_GT_IK,
+  OP_GE_IK,
+  OP_IF_EQ_IK,
+  OP_IF_NE_IK,
+  OP_IF_LT_IK,
+  OP_IF_LE_IK,
+  OP_IF_GT_IK,
+  OP_IF_GE_IK,
 };
