@@ -64,6 +64,16 @@ inline void strict(const StepInstr& in, Slots x, Op op = Op{}) {
   if (st == 0) x.rv = Word<Out>::put(r);
 }
 
+/// `strict` over an int and a constant, which is always defined.
+template <class Out, class Op>
+inline void strict_by_constant(const StepInstr& in, Slots x) {
+  unsigned st = x.s[in.a];
+  typename Out::T r{};
+  if (st == 0) st = Op{}(Word<IntVal>::get(x.v[in.a]), Word<IntVal>::get(in.b), r);
+  x.rs = static_cast<uint8_t>(st);
+  if (st == 0) x.rv = Word<Out>::put(r);
+}
+
 template <class Op>
 inline void logic(const StepInstr& in, Slots x) {
   int32_t r = 0;
@@ -100,15 +110,15 @@ inline void choose(const StepInstr& in, Slots x, uint64_t mask) {
 /// An `if` whose condition it compares itself: the comparison's operands
 /// in `a` and `b`, the branches in `c` and `d`. A comparison adds no
 /// status, so the condition's is its operands'.
-template <class In, class Cmp>
+template <class In, class Cmp, bool kConstant = false>
 inline void choose_by(const StepInstr& in, Slots x) {
-  const unsigned st = x.s[in.a] | x.s[in.b];
+  const unsigned st = kConstant ? x.s[in.a] : x.s[in.a] | x.s[in.b];
   if (st != 0) {
     x.rs = static_cast<uint8_t>(st);
     return;
   }
   int32_t holds = 0;
-  Cmp{}(Word<In>::get(x.v[in.a]), Word<In>::get(x.v[in.b]), holds);
+  Cmp{}(Word<In>::get(x.v[in.a]), Word<In>::get(kConstant ? in.b : x.v[in.b]), holds);
   const uint32_t chosen = holds ? in.c : in.d;
   x.rs = x.s[chosen];
   if (x.s[chosen] == 0) x.rv = x.v[chosen];
@@ -146,15 +156,20 @@ void Schedule::advance() {
   run(c_.advance_begin, static_cast<uint32_t>(c_.code.size()));
   uint64_t* v = c_.values.data();
   uint8_t* s = c_.statuses.data();
-  for (const StepInstr& in : c_.next) {
-    if (in.op == OP_FIRST_NEXT) {
-      if (truth(v[in.a])) v[in.c] = !truth(v[in.b]);
-      continue;
-    }
-    if (s[in.b] != 0) clock_takes_on_nil();
-    if (!truth(v[in.b])) continue;
-    s[in.c] = s[in.a];
-    if (s[in.a] == 0) v[in.c] = v[in.a] & (in.op == OP_LAST_NEXT_I ? kLowHalf : kWhole);
+  // No reader looks at an undefined value, so an undefined one is copied
+  // along with its status.
+  for (const StateCopy& m : c_.copies) {
+    s[m.to] = s[m.from];
+    v[m.to] = v[m.from];
+  }
+  for (const NextState& m : c_.clocked) {
+    if (s[m.clock] != 0) clock_takes_on_nil();
+    if (!truth(v[m.clock])) continue;
+    s[m.to] = s[m.from];
+    v[m.to] = v[m.from] & (m.low_half ? kLowHalf : kWhole);
+  }
+  for (const FirstNext& f : c_.firsts) {
+    if (truth(v[f.state])) v[f.state] = !truth(v[f.clock]);
   }
 }
 
@@ -336,8 +351,51 @@ void Schedule::run(uint32_t begin, uint32_t end) {
         x.rs = s[in.a];
         x.rv = 0;
         break;
+      case OP_STATE:
+        x.rs = s[in.a];
+        x.rv = v[in.a];
+        break;
       case OP_CHECK_CLOCK:
         if (s[in.a] != 0) clock_takes_on_nil();
+        break;
+      case OP_ADD_IK:
+        strict_by_constant<IntVal, Plus>(in, x);
+        break;
+      case OP_EQ_IK:
+        strict_by_constant<BoolVal, Eq>(in, x);
+        break;
+      case OP_NE_IK:
+        strict_by_constant<BoolVal, Ne>(in, x);
+        break;
+      case OP_LT_IK:
+        strict_by_constant<BoolVal, Lt>(in, x);
+        break;
+      case OP_LE_IK:
+        strict_by_constant<BoolVal, Le>(in, x);
+        break;
+      case OP_GT_IK:
+        strict_by_constant<BoolVal, Gt>(in, x);
+        break;
+      case OP_GE_IK:
+        strict_by_constant<BoolVal, Ge>(in, x);
+        break;
+      case OP_IF_EQ_IK:
+        choose_by<IntVal, Eq, true>(in, x);
+        break;
+      case OP_IF_NE_IK:
+        choose_by<IntVal, Ne, true>(in, x);
+        break;
+      case OP_IF_LT_IK:
+        choose_by<IntVal, Lt, true>(in, x);
+        break;
+      case OP_IF_LE_IK:
+        choose_by<IntVal, Le, true>(in, x);
+        break;
+      case OP_IF_GT_IK:
+        choose_by<IntVal, Gt, true>(in, x);
+        break;
+      case OP_IF_GE_IK:
+        choose_by<IntVal, Ge, true>(in, x);
         break;
       default:
         internal_error("file 'schedule':\nno instruction %d\n", in.op);

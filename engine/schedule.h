@@ -69,6 +69,24 @@ struct ScheduleRoot {
   uint32_t clock;
 };
 
+/// A memory taking its next state from slot `from` into its state `to`
+/// when its clock is true; a nil clock ends the process. An int memory
+/// keeps the low half of the word.
+struct NextState {
+  uint32_t from, clock, to;
+  bool low_half;
+};
+
+/// A memory on the base clock taking the word of `from` as it is.
+struct StateCopy {
+  uint32_t from, to;
+};
+
+/// A first-instant flag: once true, it takes the negation of its clock.
+struct FirstNext {
+  uint32_t state, clock;
+};
+
 /// What a program's step is made of. Slots: constants and inputs first,
 /// then the memories' states (those of the first-instant flags last), then
 /// one per instruction of `code`.
@@ -77,9 +95,12 @@ struct StepCode {
   /// The assertions, then the outputs, each after the one before it.
   std::vector<ScheduleRoot> roots;
   /// After the roots, up to the end of the code: the memories' next states'
-  /// operands, newest memory first. Then `next`, in the same order.
+  /// operands, newest memory first. Then the memories take them; as none
+  /// reads another's state there, in any order.
   uint32_t advance_begin = 0;
-  std::vector<StepInstr> next;
+  std::vector<StateCopy> copies;
+  std::vector<NextState> clocked;
+  std::vector<FirstNext> firsts;
   /// The operand slots of the items with any number of them.
   std::vector<uint32_t> lists;
   std::vector<double (*)(double)> unary;

@@ -1,5 +1,6 @@
 // Deriving a program's schedule from its items: the demand walk of a step,
 // taken once, written down as instructions over slots.
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -38,10 +39,11 @@ bool reads_as_zero(StepOp op, const EvalItem& item, int j) {
 }
 
 /// A step of the walk in the order it takes them: compute an item, read
-/// its operand `operand` as zero, check its clock, or sample a root or
-/// take a memory's next state, once what they read is computed.
+/// its operand `operand` as zero, check its clock, keep a memory's state
+/// for the next states, or sample a root or take a memory's next state,
+/// once what they read is computed.
 struct Entry {
-  enum What : uint8_t { kCompute, kZero, kCheck, kRoot, kNext };
+  enum What : uint8_t { kCompute, kZero, kCheck, kState, kRoot, kNext };
   What what;
   int operand;
   EvalItem* item;
@@ -59,6 +61,20 @@ StepOp fused_if(StepOp compare) {
   return static_cast<StepOp>(OP_IF_EQ_I + (compare - OP_EQ_I));
 }
 
+// The int comparisons, their fused `if`s and the forms of both over a
+// constant are listed in the same order.
+static_assert(OP_GE_I - OP_EQ_I == OP_GE_IK - OP_EQ_IK);
+static_assert(OP_IF_GE_I - OP_IF_EQ_I == OP_IF_GE_IK - OP_IF_EQ_IK);
+
+/// Whether `item` reads a constant number as its operand `j`, and which
+/// word as an int reads it.
+bool reads_constant(const EvalItem& item, int j, uint32_t& word) {
+  const EvalItem& operand = *item.operands[j];
+  if (operand.step_op() != OP_CONST || reads_as_zero(item.step_op(), item, j)) return false;
+  word = static_cast<uint32_t>(word_of(operand.value_kind, operand.value));
+  return true;
+}
+
 bool is_choice(StepOp op) {
   return op == OP_COND_I || op == OP_COND_R || op == OP_COND_N;
 }
@@ -66,7 +82,14 @@ bool is_choice(StepOp op) {
 class Deriver {
  public:
   explicit Deriver(const SimProgram& p)
-      : p_(p), slot_(p.items().size(), kUnplaced), state_(slot_), fused_(slot_.size(), 0) {}
+      : p_(p),
+        slot_(p.items().size(), kUnplaced),
+        state_(slot_),
+        kept_(slot_),
+        computed_at_(slot_),
+        fused_at_(slot_),
+        fused_(slot_.size(), 0),
+        aliased_(slot_.size(), 0) {}
 
   StepCode derive() {
     place_leaves_and_states();
@@ -75,6 +98,7 @@ class Deriver {
     const size_t advance_entry = entries_.size();
     for (auto m = p_.memories.rbegin(); m != p_.memories.rend(); ++m) walk_next(*m);
     fuse_comparisons();
+    find_aliases();
     lay_out(advance_entry);
     encode();
     return std::move(out_);
@@ -156,11 +180,28 @@ class Deriver {
     add(Entry::kRoot, root);
   }
 
+  // A memory's next state reads the value its operands have at this step.
+  // An operand that is another memory has it in its state only until that
+  // memory takes its own next state, which may come first: it is read from
+  // a copy made before any memory takes its state.
   void walk_next(EvalItem* memory) {
-    for (int j = 0; j < memory->n_operands; ++j) walk(memory->operands[j]);
+    for (int j = 0; j < memory->n_operands; ++j) {
+      EvalItem* operand = memory->operands[j];
+      walk(operand);
+      if (reads_state_of_other(*memory, j) && kept_[operand->number] == kUnplaced) {
+        kept_[operand->number] = kWalking;
+        add(Entry::kState, operand);
+      }
+    }
     if (memory->step_op() == OP_FIRST) add(Entry::kCheck, memory);
     add_zeros(memory);
     add(Entry::kNext, memory);
+  }
+
+  static bool reads_state_of_other(const EvalItem& memory, int j) {
+    const EvalItem& operand = *memory.operands[j];
+    return !operand.demands() && &operand != &memory &&
+           !reads_as_zero(memory.step_op(), memory, j);
   }
 
   void add_zeros(EvalItem* item) {
@@ -174,6 +215,7 @@ class Deriver {
   }
 
   void add(Entry::What what, EvalItem* item, int operand = 0) {
+    if (what == Entry::kCompute) computed_at_[item->number] = static_cast<uint32_t>(entries_.size());
     entries_.push_back({what, operand, item, position_});
     if (takes_slot(entries_.back()) && out_.code_begin + ++position_ >= kWalking) {
       internal_error("file 'schedule_build':\ntoo many items\n");
@@ -190,7 +232,7 @@ class Deriver {
   void fuse_comparisons() {
     std::vector<uint32_t> reads(slot_.size(), 0);
     for (const Entry& e : entries_) {
-      if (e.what == Entry::kZero) continue;
+      if (e.what == Entry::kZero || e.what == Entry::kState) continue;
       const int n = e.what == Entry::kCheck ? 1 : e.item->n_operands;
       for (int j = 0; j < n; ++j) ++reads[e.item->operands[j]->number];
       // A first-instant flag's next state reads its own value.
@@ -201,11 +243,60 @@ class Deriver {
       const EvalItem& choice = *e.item;
       const EvalItem& compare = *choice.operands[0];
       const StepOp op = compare.step_op();
+      fused_at_[compare.number] = computed_at_[choice.number];
       fused_[compare.number] =
           fused_if(op) != OP_NONE && reads[compare.number] == 1 && !reads_as_zero(op, compare, 0) &&
           !reads_as_zero(op, compare, 1) &&
           !(choice.step_op() == OP_COND_I && (choice.operands[1]->value_kind == VK_REAL ||
                                               choice.operands[2]->value_kind == VK_REAL));
+    }
+  }
+
+  // A memory on the base clock holds the value its operand had at the
+  // step before. When every read of the memory comes before its operand is
+  // computed, the operand's own slot still holds that value there: the
+  // memory is read from it and takes no next state. It is nil at the first
+  // step and after a reset, as the operand's slot is then.
+  void find_aliases() {
+    constexpr uint32_t kAfterTheCode = UINT32_MAX;
+    std::vector<uint32_t> last_read(slot_.size(), 0);
+    auto note = [&](const EvalItem* read, uint32_t at) {
+      last_read[read->number] = std::max(last_read[read->number], at);
+    };
+    for (uint32_t i = 0; i < entries_.size(); ++i) {
+      const Entry& e = entries_[i];
+      switch (e.what) {
+        case Entry::kCompute: {
+          const uint32_t at = fused_[e.item->number] ? fused_at_[e.item->number] : i;
+          for (int j = 0; j < e.item->n_operands; ++j) note(e.item->operands[j], at);
+          break;
+        }
+        case Entry::kZero:
+          note(e.item->operands[e.operand], i);
+          break;
+        case Entry::kCheck:
+          note(e.item->operands[0], i);
+          break;
+        case Entry::kState:
+          note(e.item, i);
+          break;
+        case Entry::kRoot:
+          note(e.item->operands[0], i);
+          note(e.item->operands[1], i);
+          break;
+        case Entry::kNext:
+          // A memory read through a copy is read where the copy is made.
+          for (int j = 0; j < e.item->n_operands; ++j) {
+            if (!reads_state_of_other(*e.item, j)) note(e.item->operands[j], kAfterTheCode);
+          }
+          break;
+      }
+    }
+    for (const EvalItem* m : p_.memories) {
+      if (!takes_word_always(*m)) continue;
+      const EvalItem& operand = *m->operands[0];
+      const uint32_t at = computed_at_[operand.number];
+      aliased_[m->number] = at != kUnplaced && !fused_[operand.number] && last_read[m->number] < at;
     }
   }
 
@@ -228,6 +319,10 @@ class Deriver {
       if (e.what == Entry::kCompute && !is_fused(e)) {
         slot_[e.item->number] = out_.code_begin + e.position;
       }
+      if (e.what == Entry::kState) kept_[e.item->number] = out_.code_begin + e.position;
+    }
+    for (const EvalItem* m : p_.memories) {
+      if (aliased_[m->number]) slot_[m->number] = slot_[m->operands[0]->number];
     }
   }
 
@@ -251,6 +346,9 @@ class Deriver {
         case Entry::kCheck:
           out_.code[e.position] = {OP_CHECK_CLOCK, slot_[item.operands[0]->number], 0, 0, 0};
           continue;
+        case Entry::kState:
+          out_.code[e.position] = {OP_STATE, slot_[item.number], 0, 0, 0};
+          continue;
         case Entry::kCompute: {
           if (is_fused(e)) continue;
           const uint32_t slot = slot_[item.number];
@@ -264,11 +362,23 @@ class Deriver {
                                 operand_slot(item, 1)});
           break;
         case Entry::kNext:
-          out_.next.push_back(next_state(item));
+          add_next_state(item);
           break;
       }
       zeros_.clear();
       next_zero_ = 0;
+    }
+  }
+
+  StepInstr by_constant(const EvalItem& item, uint32_t k) {
+    const uint32_t a = operand_slot(item, 0);
+    switch (item.step_op()) {
+      case OP_ADD_I:
+        return {OP_ADD_IK, a, k, 0, 0};
+      case OP_SUB_I:
+        return {OP_ADD_IK, a, 0u - k, 0, 0};
+      default:
+        return {static_cast<StepOp>(OP_EQ_IK + (item.step_op() - OP_EQ_I)), a, k, 0, 0};
     }
   }
 
@@ -280,9 +390,26 @@ class Deriver {
       case OP_COND_N:
         if (fused_[item.operands[0]->number]) {
           const EvalItem& compare = *item.operands[0];
-          return {fused_if(compare.step_op()), slot_[compare.operands[0]->number],
-                  slot_[compare.operands[1]->number], operand_slot(item, 1), operand_slot(item, 2)};
+          const StepOp fused = fused_if(compare.step_op());
+          uint32_t k;
+          if (fused >= OP_IF_EQ_I && fused <= OP_IF_GE_I && reads_constant(compare, 1, k)) {
+            return {static_cast<StepOp>(OP_IF_EQ_IK + (fused - OP_IF_EQ_I)),
+                    slot_[compare.operands[0]->number], k, operand_slot(item, 1),
+                    operand_slot(item, 2)};
+          }
+          return {fused, slot_[compare.operands[0]->number], slot_[compare.operands[1]->number],
+                  operand_slot(item, 1), operand_slot(item, 2)};
         }
+        break;
+      case OP_ADD_I:
+      case OP_SUB_I:
+      case OP_EQ_I:
+      case OP_NE_I:
+      case OP_LT_I:
+      case OP_LE_I:
+      case OP_GT_I:
+      case OP_GE_I:
+        if (uint32_t k; reads_constant(item, 1, k)) return by_constant(item, k);
         break;
       case OP_UNARY_CALL:
         out_.unary.push_back(static_cast<const UFUNC_double_EI&>(item).op.function);
@@ -308,10 +435,21 @@ class Deriver {
       case OP_LAST_N:
       case OP_FIRST:
       case OP_ZERO:
+      case OP_STATE:
       case OP_CHECK_CLOCK:
-      case OP_LAST_NEXT_I:
-      case OP_LAST_NEXT_W:
-      case OP_FIRST_NEXT:
+      case OP_ADD_IK:
+      case OP_EQ_IK:
+      case OP_NE_IK:
+      case OP_LT_IK:
+      case OP_LE_IK:
+      case OP_GT_IK:
+      case OP_GE_IK:
+      case OP_IF_EQ_IK:
+      case OP_IF_NE_IK:
+      case OP_IF_LT_IK:
+      case OP_IF_LE_IK:
+      case OP_IF_GT_IK:
+      case OP_IF_GE_IK:
         internal_error("file 'schedule_build':\nno instruction for operation %d\n", op);
       default:
         break;
@@ -322,26 +460,57 @@ class Deriver {
     return instr;
   }
 
-  StepInstr next_state(const EvalItem& memory) {
+  uint32_t next_operand_slot(const EvalItem& memory, int j) {
+    if (reads_state_of_other(memory, j)) return kept_[memory.operands[j]->number];
+    return operand_slot(memory, j);
+  }
+
+  // A first-instant flag reads its own value, which is its state; its
+  // clock was checked in the code.
+  void add_next_state(const EvalItem& memory) {
     const uint32_t state = state_[memory.number];
-    switch (memory.step_op()) {
-      case OP_FIRST:
-        return {OP_FIRST_NEXT, slot_[memory.number], operand_slot(memory, 0), state, 0};
-      case OP_LAST_I:
-        return {OP_LAST_NEXT_I, operand_slot(memory, 0), operand_slot(memory, 1), state, 0};
-      default:
-        return {OP_LAST_NEXT_W, operand_slot(memory, 0), operand_slot(memory, 1), state, 0};
+    if (memory.step_op() == OP_FIRST) {
+      out_.firsts.push_back({state, next_operand_slot(memory, 0)});
+      return;
     }
+    if (aliased_[memory.number]) return;
+    const uint32_t from = next_operand_slot(memory, 0);
+    if (takes_word_always(memory)) {
+      out_.copies.push_back({from, state});
+    } else {
+      out_.clocked.push_back({from, next_operand_slot(memory, 1), state,
+                              memory.step_op() == OP_LAST_I});
+    }
+  }
+
+  /// A memory on the base clock whose state is its operand's word as it is.
+  /// Every slot of an int holds its value zero-extended; only a real's word
+  /// needs cutting.
+  static bool takes_word_always(const EvalItem& memory) {
+    const StepOp op = memory.step_op();
+    if (op == OP_FIRST || reads_as_zero(op, memory, 0)) return false;
+    const EvalItem& clock = *memory.operands[1];
+    return clock.step_op() == OP_CONST && !reads_as_zero(op, memory, 1) &&
+           static_cast<uint32_t>(word_of(clock.value_kind, clock.value)) != 0 &&
+           !(op == OP_LAST_I && memory.operands[0]->value_kind == VK_REAL);
   }
 
   const SimProgram& p_;
   StepCode out_;
   /// By item number: the slot of its value, or kUnplaced or kWalking.
   std::vector<uint32_t> slot_;
-  /// By item number, for the memories: the slot of their state.
+  /// By item number, for the memories: the slot of their state, and of
+  /// its copy for the next states that read it.
   std::vector<uint32_t> state_;
-  /// By item number: a comparison its `if` makes.
+  std::vector<uint32_t> kept_;
+  /// By item number: the entry that computes it, or kUnplaced; for a
+  /// comparison its `if` makes, the entry of the `if`.
+  std::vector<uint32_t> computed_at_;
+  std::vector<uint32_t> fused_at_;
+  /// By item number: a comparison its `if` makes; a memory read from its
+  /// operand's slot.
   std::vector<uint8_t> fused_;
+  std::vector<uint8_t> aliased_;
   std::vector<Frame> stack_;
   std::vector<Entry> entries_;
   uint32_t position_ = 0;

@@ -60,9 +60,11 @@ enum StepOp : uint8_t {
   OP_COND_N,
   // The schedule's own: an operand held as a name and read as a number,
   // or the other way round, which reads as zero with the operand's status;
-  // the fused `if`s; the clock check of a first-instant flag's next state;
-  // the next states.
+  // a memory's state as it stands during the step, for a next state that
+  // reads it; the fused `if`s; the clock check of a first-instant flag's
+  // next state.
   OP_ZERO,
+  OP_STATE,
   // An `if` over a comparison that nothing else reads, compared in place.
   OP_IF_EQ_I,
   OP_IF_NE_I,
@@ -79,7 +81,19 @@ enum StepOp : uint8_t {
   OP_IF_EQ_N,
   OP_IF_NE_N,
   OP_CHECK_CLOCK,
-  OP_LAST_NEXT_I,
-  OP_LAST_NEXT_W,
-  OP_FIRST_NEXT,
+  // Int operations whose second operand is a constant, held in the
+  // instruction: its status is 0. A subtraction adds the opposite.
+  OP_ADD_IK,
+  OP_EQ_IK,
+  OP_NE_IK,
+  OP_LT_IK,
+  OP_LE_IK,
+  OP_GT_IK,
+  OP_GE_IK,
+  OP_IF_EQ_IK,
+  OP_IF_NE_IK,
+  OP_IF_LT_IK,
+  OP_IF_LE_IK,
+  OP_IF_GT_IK,
+  OP_IF_GE_IK,
 };

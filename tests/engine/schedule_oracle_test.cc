@@ -135,6 +135,20 @@ class OneRun {
 struct Seen {
   std::set<int> ops;
   int loaded = 0, nil = 0, div_zero = 0, absent = 0, clock_nil = 0, resets = 0;
+  /// The ways a memory takes its next state.
+  int copied = 0, clocked = 0, low_half = 0, first = 0, read_from_operand = 0;
+
+  /// The schedule's own operations met in the code.
+  std::set<int> code_ops;
+
+  void note(const SimProgram& p, const StepCode& code) {
+    for (const StepInstr& in : code.code) code_ops.insert(in.op);
+    read_from_operand += p.memories.size() >
+                         code.copies.size() + code.clocked.size() + code.firsts.size();
+    copied += !code.copies.empty();
+    for (const NextState& m : code.clocked) (m.low_half ? low_half : clocked)++;
+    first += !code.firsts.empty();
+  }
 
   void note(const SimProgram& p) {
     for (const auto& item : p.items()) ops.insert(item->step_op());
@@ -167,38 +181,105 @@ TEST(ScheduleOracle, InstantaneousCycleReadsThePreviousValueBothWays) {
   }
 }
 
+// A memory of a memory takes the state the inner one had during the step,
+// whichever of the two takes its next state first: the shared `pre w` is
+// completed before or after `pre (pre w)` by the order of the equations.
+TEST(ScheduleOracle, MemoryOfMemoryTakesTheStateOfTheStep) {
+  for (const char* equations : {"y = pre w; z = pre (pre w);", "z = pre (pre w); y = pre w;"}) {
+    ProgramFile file(std::string("node n (c : bool) returns (y, z : int); var w : int;\nlet ") +
+                     equations + " w = 0 -> z + 1; tel\n");
+    for (bool by_items : {false, true}) {
+      OneRun run(file, by_items);
+      std::string outputs;
+      for (int step = 0; step < 6; ++step) {
+        ASSERT_TRUE(run.act(false));
+        for (const EvalItem* o : run.program->output_items) {
+          outputs += (o->status ? "nil" : std::to_string(o->value.i)) + " ";
+        }
+        outputs += "| ";
+      }
+      EXPECT_EQ(outputs, "nil nil | 0 nil | nil 0 | 1 nil | nil 1 | 2 nil | ")
+          << equations << by_items;
+    }
+  }
+}
+
+// `pre n` can be read from n's own slot only while n is not yet computed
+// in the step. Here the comparison is made by its `if`, after the else
+// branch has computed n.
+TEST(ScheduleOracle, MemoryReadAfterItsOperandIsComputedKeepsItsState) {
+  ProgramFile file(
+      "node n (c : bool) returns (y : int); var n : int;\n"
+      "let n = 0 -> pre n + 1; y = if pre n < 2 then 5 else n; tel\n");
+  for (bool by_items : {false, true}) {
+    OneRun run(file, by_items);
+    std::string outputs;
+    for (int step = 0; step < 5; ++step) {
+      ASSERT_TRUE(run.act(false));
+      const EvalItem& y = *run.program->output_items[0];
+      outputs += (y.status ? "nil" : std::to_string(y.value.i)) + " ";
+    }
+    EXPECT_EQ(outputs, "nil 5 5 3 4 ") << by_items;
+  }
+}
+
+/// Runs `source` both ways with inputs and resets drawn from `seed`,
+/// noting what the runs met.
+void run_alike(const std::string& source, unsigned seed, Seen& seen) {
+  constexpr int kSteps = 14;
+  SCOPED_TRACE(source);
+  ProgramFile file(source);
+  OneRun scheduled(file, false);
+  OneRun walked(file, true);
+  ASSERT_EQ(scheduled.load.status, walked.load.status);
+  if (!scheduled.program) return;
+  ++seen.loaded;
+  seen.note(*walked.program, derive_step_code(*walked.program));
+  std::mt19937 rng(seed);
+  for (int step = 0; step < kSteps; ++step) {
+    const bool reset = rng() % 6 == 0;
+    seen.resets += reset;
+    const StepValues values = random_values(rng);
+    scheduled.set(values);
+    walked.set(values);
+    const bool going = scheduled.act(reset);
+    ASSERT_EQ(going, walked.act(reset)) << "at step " << step;
+    if (!going) {
+      ASSERT_EQ(scheduled.end.status, walked.end.status);
+      ASSERT_EQ(scheduled.end.err, walked.end.err);
+      seen.clock_nil += scheduled.end.err == "clock takes on nil\n";
+      break;
+    }
+    ASSERT_EQ(scheduled.snapshot(), walked.snapshot()) << "at step " << step;
+    seen.note(*scheduled.program);
+  }
+  ASSERT_EQ(scheduled.trace_text(), walked.trace_text());
+}
+
+// Comparisons of every kind against constants, made by their `if`s and on
+// their own, which random programs meet too seldom to be sure of each.
+const char* const kConstantComparisons =
+    "type color = (red, green, blue);\n"
+    "type gear; const low : gear; const high : gear;\n"
+    "node n (c, d : bool; i, j : int; x, y : real; k : color; g : gear)\n"
+    "returns (a : int; b : real; e : bool);\n"
+    "let\n"
+    "  a = (if i = 7 then j else 1) + (if i <> 1 then j else 2) + (if i < 0 then j else 3)\n"
+    "    + (if i <= 2 then j else i) + (if i > -1 then j - 7 else 5) + (if i >= 3 then j else 6);\n"
+    "  b = if x = y then x else if x <> 1.5 then y else 0.0;\n"
+    "  e = (j = 7) or (j <> 1) and (j < 0) or (j <= 2) and (j > 7) or (j >= 3);\n"
+    "tel\n";
+
 TEST(ScheduleOracle, RandomProgramsRunAlikeBothWays) {
   constexpr unsigned kPrograms = 400;
-  constexpr int kSteps = 14;
   Seen seen;
   for (unsigned seed = 1; seed <= kPrograms; ++seed) {
-    const std::string source = random_program(seed);
-    SCOPED_TRACE(source);
-    ProgramFile file(source);
-    OneRun scheduled(file, false);
-    OneRun walked(file, true);
-    ASSERT_EQ(scheduled.load.status, walked.load.status);
-    if (!scheduled.program) continue;
-    ++seen.loaded;
-    std::mt19937 rng(seed);
-    for (int step = 0; step < kSteps; ++step) {
-      const bool reset = rng() % 6 == 0;
-      seen.resets += reset;
-      const StepValues values = random_values(rng);
-      scheduled.set(values);
-      walked.set(values);
-      const bool going = scheduled.act(reset);
-      ASSERT_EQ(going, walked.act(reset)) << "at step " << step;
-      if (!going) {
-        ASSERT_EQ(scheduled.end.status, walked.end.status);
-        ASSERT_EQ(scheduled.end.err, walked.end.err);
-        seen.clock_nil += scheduled.end.err == "clock takes on nil\n";
-        break;
-      }
-      ASSERT_EQ(scheduled.snapshot(), walked.snapshot()) << "at step " << step;
-      seen.note(*scheduled.program);
-    }
-    ASSERT_EQ(scheduled.trace_text(), walked.trace_text());
+    run_alike(random_program(seed), seed, seen);
+    if (HasFatalFailure()) return;
+  }
+  for (unsigned seed = 1; seed <= 10; ++seed) {
+    run_alike(kConstantComparisons, seed, seen);
+    if (HasFatalFailure()) return;
   }
   // The programs met every operation and every way a value can be missing.
   for (int op = OP_CONST; op <= OP_COND_N; ++op) EXPECT_TRUE(seen.ops.count(op)) << "op " << op;
@@ -208,6 +289,17 @@ TEST(ScheduleOracle, RandomProgramsRunAlikeBothWays) {
   EXPECT_GT(seen.absent, 0);
   EXPECT_GT(seen.clock_nil, 0);
   EXPECT_GT(seen.resets, 0);
+  EXPECT_GT(seen.copied, 0);
+  EXPECT_GT(seen.clocked, 0);
+  EXPECT_GT(seen.low_half, 0);
+  EXPECT_GT(seen.first, 0);
+  for (int op = OP_ZERO; op <= OP_IF_GE_IK; ++op) {
+    // A memory read by another one's next state has tests of its own.
+    if (op != OP_STATE) {
+      EXPECT_TRUE(seen.code_ops.count(op)) << "instruction " << op;
+    }
+  }
+  EXPECT_GT(seen.read_from_operand, static_cast<int>(kPrograms) / 10);
 }
 
 }  // namespace
