@@ -8,6 +8,9 @@
 #include "engine/sim_program.h"
 #include "fuzz/fuzz_input.h"
 #include "fuzz/one_run.h"
+#include "net/net.h"
+#include "reader/parser.h"
+#include "reader/pnet_interface.h"
 #include "support/pty_stream.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -16,9 +19,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fuzz::run_as_process([&] {
     SymbolTable table;
     SimProgram program(path.c_str(), &table, input.load);
-    if (!input.print) return;
+  });
+  if (!input.print) return 0;
+  // The dumps run on what korvel-run's dump modes load: a built program
+  // keeps neither the parsed nodes nor the normal form.
+  fuzz::run_as_process([&] {
+    SymbolTable table;
+    Net net(&table);
+    if (QvParse(&net, &table, path.c_str()) != 0) return;
     PtyStream out(80);
-    program.net->print_program(out, false);
+    net.print_program(out, false);
+  });
+  fuzz::run_as_process([&] {
+    SymbolTable table;
+    PNetInterface program(path.c_str(), &table, input.load);
     program.net->print();
     program.net->print_classes();
   });
