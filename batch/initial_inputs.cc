@@ -1,17 +1,11 @@
 #include "batch/initial_inputs.h"
 
-#include <utility>
-
 #include "engine/offered_ports.h"
 
 InitialInputs::InitialInputs(SimProgram& program) {
   ProgramInterface described = describe_interface(program);
   check_offered_ports(described);
-  ports_ = std::move(described.inputs);
-}
-
-const char* InitialInputs::check() {
-  for (const Port& port : ports_) {
+  for (const Port& port : described.inputs) {
     switch (port.kind) {
       case PortKind::kBool:
       case PortKind::kInt:
@@ -26,5 +20,4 @@ const char* InitialInputs::check() {
         break;
     }
   }
-  return nullptr;
 }
