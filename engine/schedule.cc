@@ -42,48 +42,53 @@ bool truth(uint64_t w) {
 struct Slots {
   const uint64_t* v;
   const uint8_t* s;
-  uint64_t& rv;
-  uint8_t& rs;
+  /// The results: the slot of instruction `k` is `out_v[k]`, `out_s[k]`.
+  uint64_t* out_v;
+  uint8_t* out_s;
 };
 
+// No reader looks at the value of a slot whose status is not 0 (it reads
+// the status first, and copies move both), so every instruction writes a
+// value, whatever its status: the step then runs without a branch on the
+// statuses, which are 0 nearly always.
+
 /// The strict rule: the operands' statuses ORed; only when they are all
-/// defined the operation, which may add a status of its own; a value only
-/// when the result is defined.
+/// defined the operation, which may add a status of its own.
 template <class Out, class In, class Op>
-inline void strict(const StepInstr& in, Slots x, Op op = Op{}) {
+inline void strict(const StepInstr& in, const Slots& x, uint32_t k, Op op = Op{}) {
   unsigned st;
   typename Out::T r{};
   if constexpr (Op::arity == 1) {
     st = x.s[in.a];
-    if (st == 0) st = op(Word<In>::get(x.v[in.a]), r);
+    if (st == 0) [[likely]] st = op(Word<In>::get(x.v[in.a]), r);
   } else {
     st = x.s[in.a] | x.s[in.b];
-    if (st == 0) st = op(Word<In>::get(x.v[in.a]), Word<In>::get(x.v[in.b]), r);
+    if (st == 0) [[likely]] st = op(Word<In>::get(x.v[in.a]), Word<In>::get(x.v[in.b]), r);
   }
-  x.rs = static_cast<uint8_t>(st);
-  if (st == 0) x.rv = Word<Out>::put(r);
+  x.out_s[k] = static_cast<uint8_t>(st);
+  x.out_v[k] = Word<Out>::put(r);
 }
 
 /// `strict` over an int and a constant, which is always defined.
 template <class Out, class Op>
-inline void strict_by_constant(const StepInstr& in, Slots x) {
+inline void strict_by_constant(const StepInstr& in, const Slots& x, uint32_t k) {
   unsigned st = x.s[in.a];
   typename Out::T r{};
-  if (st == 0) st = Op{}(Word<IntVal>::get(x.v[in.a]), Word<IntVal>::get(in.b), r);
-  x.rs = static_cast<uint8_t>(st);
-  if (st == 0) x.rv = Word<Out>::put(r);
+  if (st == 0) [[likely]] st = Op{}(Word<IntVal>::get(x.v[in.a]), Word<IntVal>::get(in.b), r);
+  x.out_s[k] = static_cast<uint8_t>(st);
+  x.out_v[k] = Word<Out>::put(r);
 }
 
 template <class Op>
-inline void logic(const StepInstr& in, Slots x) {
+inline void logic(const StepInstr& in, const Slots& x, uint32_t k) {
   int32_t r = 0;
   const unsigned st = three_valued<Op>(x.s[in.a], truth(x.v[in.a]), x.s[in.b], truth(x.v[in.b]), r);
-  x.rs = static_cast<uint8_t>(st);
-  if (st == 0) x.rv = Word<IntVal>::put(r);
+  x.out_s[k] = static_cast<uint8_t>(st);
+  x.out_v[k] = Word<IntVal>::put(r);
 }
 
 template <class Op>
-void count(const StepInstr& in, const uint32_t* list, Slots x) {
+void count(const StepInstr& in, const uint32_t* list, const Slots& x, uint32_t k) {
   unsigned st = 0;
   int n_true = 0;
   for (uint32_t j = 0; j < in.b; ++j) {
@@ -91,37 +96,35 @@ void count(const StepInstr& in, const uint32_t* list, Slots x) {
     st |= x.s[o];
     if (x.s[o] == 0 && truth(x.v[o])) ++n_true;
   }
-  x.rs = static_cast<uint8_t>(st);
-  if (st == 0) x.rv = Op{}(n_true);
+  x.out_s[k] = static_cast<uint8_t>(st);
+  x.out_v[k] = Op{}(n_true);
 }
 
-/// `if`: the condition's status if it has one, else the chosen branch's,
-/// with its value when defined; an int result takes the branch's low half.
-inline void choose(const StepInstr& in, Slots x, uint64_t mask) {
-  if (x.s[in.a] != 0) {
-    x.rs = x.s[in.a];
-    return;
-  }
+/// Status `first` if it has one, else `then`, without a branch.
+inline uint8_t first_status(unsigned first, uint8_t then) {
+  return static_cast<uint8_t>(first | (then & (0u - (first == 0))));
+}
+
+/// `if`: the condition's status if it has one, else the chosen branch's;
+/// an int result takes the branch's low half.
+inline void choose(const StepInstr& in, const Slots& x, uint32_t k, uint64_t mask) {
+  const uint8_t st = x.s[in.a];
   const uint32_t chosen = truth(x.v[in.a]) ? in.b : in.c;
-  x.rs = x.s[chosen];
-  if (x.s[chosen] == 0) x.rv = x.v[chosen] & mask;
+  x.out_s[k] = first_status(st, x.s[chosen]);
+  x.out_v[k] = x.v[chosen] & mask;
 }
 
 /// An `if` whose condition it compares itself: the comparison's operands
 /// in `a` and `b`, the branches in `c` and `d`. A comparison adds no
 /// status, so the condition's is its operands'.
 template <class In, class Cmp, bool kConstant = false>
-inline void choose_by(const StepInstr& in, Slots x) {
+inline void choose_by(const StepInstr& in, const Slots& x, uint32_t k) {
   const unsigned st = kConstant ? x.s[in.a] : x.s[in.a] | x.s[in.b];
-  if (st != 0) {
-    x.rs = static_cast<uint8_t>(st);
-    return;
-  }
   int32_t holds = 0;
   Cmp{}(Word<In>::get(x.v[in.a]), Word<In>::get(kConstant ? in.b : x.v[in.b]), holds);
   const uint32_t chosen = holds ? in.c : in.d;
-  x.rs = x.s[chosen];
-  if (x.s[chosen] == 0) x.rv = x.v[chosen];
+  x.out_s[k] = first_status(st, x.s[chosen]);
+  x.out_v[k] = x.v[chosen];
 }
 
 constexpr uint64_t kLowHalf = 0xffffffffu;
@@ -183,222 +186,245 @@ void Schedule::reset() {
 }
 
 void Schedule::run(uint32_t begin, uint32_t end) {
+  if (begin == end) return;
+  // Each handler jumps straight to the next one: one indirect jump per
+  // handler rather than one shared by all, which the processor predicts
+  // far better over a long schedule.
+  static const void* const kHandlers[] = {
+#define KORVEL_STEP_HANDLER(name) &&L_##name,
+      KORVEL_STEP_OPS(KORVEL_STEP_HANDLER)
+#undef KORVEL_STEP_HANDLER
+  };
   const StepInstr* code = c_.code.data();
   const uint32_t* lists = c_.lists.data();
   uint64_t* v = c_.values.data();
   uint8_t* s = c_.statuses.data();
   uint64_t* out_v = v + c_.code_begin;
   uint8_t* out_s = s + c_.code_begin;
-  for (uint32_t k = begin; k != end; ++k) {
-    const StepInstr& in = code[k];
-    const Slots x{v, s, out_v[k], out_s[k]};
-    switch (in.op) {
-      case OP_NOT:
-        strict<BoolVal, BoolVal, Not>(in, x);
-        break;
-      case OP_EQ_I:
-        strict<BoolVal, IntVal, Eq>(in, x);
-        break;
-      case OP_NE_I:
-        strict<BoolVal, IntVal, Ne>(in, x);
-        break;
-      case OP_LT_I:
-        strict<BoolVal, IntVal, Lt>(in, x);
-        break;
-      case OP_LE_I:
-        strict<BoolVal, IntVal, Le>(in, x);
-        break;
-      case OP_GT_I:
-        strict<BoolVal, IntVal, Gt>(in, x);
-        break;
-      case OP_GE_I:
-        strict<BoolVal, IntVal, Ge>(in, x);
-        break;
-      case OP_EQ_R:
-        strict<BoolVal, RealVal, Eq>(in, x);
-        break;
-      case OP_NE_R:
-        strict<BoolVal, RealVal, Ne>(in, x);
-        break;
-      case OP_LT_R:
-        strict<BoolVal, RealVal, Lt>(in, x);
-        break;
-      case OP_LE_R:
-        strict<BoolVal, RealVal, Le>(in, x);
-        break;
-      case OP_GT_R:
-        strict<BoolVal, RealVal, Gt>(in, x);
-        break;
-      case OP_GE_R:
-        strict<BoolVal, RealVal, Ge>(in, x);
-        break;
-      case OP_EQ_N:
-        strict<BoolVal, NameVal, Eq>(in, x);
-        break;
-      case OP_NE_N:
-        strict<BoolVal, NameVal, Ne>(in, x);
-        break;
-      case OP_ADD_I:
-        strict<IntVal, IntVal, Plus>(in, x);
-        break;
-      case OP_SUB_I:
-        strict<IntVal, IntVal, Minus>(in, x);
-        break;
-      case OP_MUL_I:
-        strict<IntVal, IntVal, Times>(in, x);
-        break;
-      case OP_DIV_I:
-        strict<IntVal, IntVal, Divide>(in, x);
-        break;
-      case OP_MOD_I:
-        strict<IntVal, IntVal, Modulo>(in, x);
-        break;
-      case OP_NEG_I:
-        strict<IntVal, IntVal, Negate>(in, x);
-        break;
-      case OP_ADD_R:
-        strict<RealVal, RealVal, Plus>(in, x);
-        break;
-      case OP_SUB_R:
-        strict<RealVal, RealVal, Minus>(in, x);
-        break;
-      case OP_MUL_R:
-        strict<RealVal, RealVal, Times>(in, x);
-        break;
-      case OP_DIV_R:
-        strict<RealVal, RealVal, Divide>(in, x);
-        break;
-      case OP_NEG_R:
-        strict<RealVal, RealVal, Negate>(in, x);
-        break;
-      case OP_INT_TO_REAL:
-        strict<RealVal, IntVal, ToReal>(in, x);
-        break;
-      case OP_REAL_TO_INT:
-        strict<IntVal, RealVal, ToInt>(in, x);
-        break;
-      case OP_UNARY_CALL:
-        strict<RealVal, RealVal>(in, x, UnaryFunction{c_.unary[in.b]});
-        break;
-      case OP_BINARY_CALL:
-        strict<RealVal, RealVal>(in, x, BinaryFunction{c_.binary[in.c]});
-        break;
-      case OP_AND:
-        logic<And>(in, x);
-        break;
-      case OP_OR:
-        logic<Or>(in, x);
-        break;
-      case OP_IMPL:
-        logic<Implies>(in, x);
-        break;
-      case OP_AT_MOST_ONE:
-        count<AtMostOne>(in, lists, x);
-        break;
-      case OP_NONE_TRUE:
-        count<NoneTrue>(in, lists, x);
-        break;
-      case OP_COND_I:
-        choose(in, x, kLowHalf);
-        break;
-      case OP_COND_R:
-      case OP_COND_N:
-        choose(in, x, kWhole);
-        break;
-      case OP_IF_EQ_I:
-        choose_by<IntVal, Eq>(in, x);
-        break;
-      case OP_IF_NE_I:
-        choose_by<IntVal, Ne>(in, x);
-        break;
-      case OP_IF_LT_I:
-        choose_by<IntVal, Lt>(in, x);
-        break;
-      case OP_IF_LE_I:
-        choose_by<IntVal, Le>(in, x);
-        break;
-      case OP_IF_GT_I:
-        choose_by<IntVal, Gt>(in, x);
-        break;
-      case OP_IF_GE_I:
-        choose_by<IntVal, Ge>(in, x);
-        break;
-      case OP_IF_EQ_R:
-        choose_by<RealVal, Eq>(in, x);
-        break;
-      case OP_IF_NE_R:
-        choose_by<RealVal, Ne>(in, x);
-        break;
-      case OP_IF_LT_R:
-        choose_by<RealVal, Lt>(in, x);
-        break;
-      case OP_IF_LE_R:
-        choose_by<RealVal, Le>(in, x);
-        break;
-      case OP_IF_GT_R:
-        choose_by<RealVal, Gt>(in, x);
-        break;
-      case OP_IF_GE_R:
-        choose_by<RealVal, Ge>(in, x);
-        break;
-      case OP_IF_EQ_N:
-        choose_by<NameVal, Eq>(in, x);
-        break;
-      case OP_IF_NE_N:
-        choose_by<NameVal, Ne>(in, x);
-        break;
-      case OP_ZERO:
-        x.rs = s[in.a];
-        x.rv = 0;
-        break;
-      case OP_STATE:
-        x.rs = s[in.a];
-        x.rv = v[in.a];
-        break;
-      case OP_CHECK_CLOCK:
-        if (s[in.a] != 0) clock_takes_on_nil();
-        break;
-      case OP_ADD_IK:
-        strict_by_constant<IntVal, Plus>(in, x);
-        break;
-      case OP_EQ_IK:
-        strict_by_constant<BoolVal, Eq>(in, x);
-        break;
-      case OP_NE_IK:
-        strict_by_constant<BoolVal, Ne>(in, x);
-        break;
-      case OP_LT_IK:
-        strict_by_constant<BoolVal, Lt>(in, x);
-        break;
-      case OP_LE_IK:
-        strict_by_constant<BoolVal, Le>(in, x);
-        break;
-      case OP_GT_IK:
-        strict_by_constant<BoolVal, Gt>(in, x);
-        break;
-      case OP_GE_IK:
-        strict_by_constant<BoolVal, Ge>(in, x);
-        break;
-      case OP_IF_EQ_IK:
-        choose_by<IntVal, Eq, true>(in, x);
-        break;
-      case OP_IF_NE_IK:
-        choose_by<IntVal, Ne, true>(in, x);
-        break;
-      case OP_IF_LT_IK:
-        choose_by<IntVal, Lt, true>(in, x);
-        break;
-      case OP_IF_LE_IK:
-        choose_by<IntVal, Le, true>(in, x);
-        break;
-      case OP_IF_GT_IK:
-        choose_by<IntVal, Gt, true>(in, x);
-        break;
-      case OP_IF_GE_IK:
-        choose_by<IntVal, Ge, true>(in, x);
-        break;
-      default:
-        internal_error("file 'schedule':\nno instruction %d\n", in.op);
-    }
-  }
+  uint32_t k = begin;
+  const StepInstr* in = code + k;
+  const Slots x{v, s, out_v, out_s};
+#define NEXT                      \
+  do {                            \
+    if (++k == end) return;       \
+    in = code + k;                \
+    goto* kHandlers[in->op];      \
+  } while (0)
+  goto* kHandlers[in->op];
+  L_NOT:
+    strict<BoolVal, BoolVal, Not>(*in, x, k);
+    NEXT;
+  L_EQ_I:
+    strict<BoolVal, IntVal, Eq>(*in, x, k);
+    NEXT;
+  L_NE_I:
+    strict<BoolVal, IntVal, Ne>(*in, x, k);
+    NEXT;
+  L_LT_I:
+    strict<BoolVal, IntVal, Lt>(*in, x, k);
+    NEXT;
+  L_LE_I:
+    strict<BoolVal, IntVal, Le>(*in, x, k);
+    NEXT;
+  L_GT_I:
+    strict<BoolVal, IntVal, Gt>(*in, x, k);
+    NEXT;
+  L_GE_I:
+    strict<BoolVal, IntVal, Ge>(*in, x, k);
+    NEXT;
+  L_EQ_R:
+    strict<BoolVal, RealVal, Eq>(*in, x, k);
+    NEXT;
+  L_NE_R:
+    strict<BoolVal, RealVal, Ne>(*in, x, k);
+    NEXT;
+  L_LT_R:
+    strict<BoolVal, RealVal, Lt>(*in, x, k);
+    NEXT;
+  L_LE_R:
+    strict<BoolVal, RealVal, Le>(*in, x, k);
+    NEXT;
+  L_GT_R:
+    strict<BoolVal, RealVal, Gt>(*in, x, k);
+    NEXT;
+  L_GE_R:
+    strict<BoolVal, RealVal, Ge>(*in, x, k);
+    NEXT;
+  L_EQ_N:
+    strict<BoolVal, NameVal, Eq>(*in, x, k);
+    NEXT;
+  L_NE_N:
+    strict<BoolVal, NameVal, Ne>(*in, x, k);
+    NEXT;
+  L_ADD_I:
+    strict<IntVal, IntVal, Plus>(*in, x, k);
+    NEXT;
+  L_SUB_I:
+    strict<IntVal, IntVal, Minus>(*in, x, k);
+    NEXT;
+  L_MUL_I:
+    strict<IntVal, IntVal, Times>(*in, x, k);
+    NEXT;
+  L_DIV_I:
+    strict<IntVal, IntVal, Divide>(*in, x, k);
+    NEXT;
+  L_MOD_I:
+    strict<IntVal, IntVal, Modulo>(*in, x, k);
+    NEXT;
+  L_NEG_I:
+    strict<IntVal, IntVal, Negate>(*in, x, k);
+    NEXT;
+  L_ADD_R:
+    strict<RealVal, RealVal, Plus>(*in, x, k);
+    NEXT;
+  L_SUB_R:
+    strict<RealVal, RealVal, Minus>(*in, x, k);
+    NEXT;
+  L_MUL_R:
+    strict<RealVal, RealVal, Times>(*in, x, k);
+    NEXT;
+  L_DIV_R:
+    strict<RealVal, RealVal, Divide>(*in, x, k);
+    NEXT;
+  L_NEG_R:
+    strict<RealVal, RealVal, Negate>(*in, x, k);
+    NEXT;
+  L_INT_TO_REAL:
+    strict<RealVal, IntVal, ToReal>(*in, x, k);
+    NEXT;
+  L_REAL_TO_INT:
+    strict<IntVal, RealVal, ToInt>(*in, x, k);
+    NEXT;
+  L_UNARY_CALL:
+    strict<RealVal, RealVal>(*in, x, k, UnaryFunction{c_.unary[in->b]});
+    NEXT;
+  L_BINARY_CALL:
+    strict<RealVal, RealVal>(*in, x, k, BinaryFunction{c_.binary[in->c]});
+    NEXT;
+  L_AND:
+    logic<And>(*in, x, k);
+    NEXT;
+  L_OR:
+    logic<Or>(*in, x, k);
+    NEXT;
+  L_IMPL:
+    logic<Implies>(*in, x, k);
+    NEXT;
+  L_AT_MOST_ONE:
+    count<AtMostOne>(*in, lists, x, k);
+    NEXT;
+  L_NONE_TRUE:
+    count<NoneTrue>(*in, lists, x, k);
+    NEXT;
+  L_COND_I:
+    choose(*in, x, k, kLowHalf);
+    NEXT;
+  L_COND_R:
+  L_COND_N:
+    choose(*in, x, k, kWhole);
+    NEXT;
+  L_IF_EQ_I:
+    choose_by<IntVal, Eq>(*in, x, k);
+    NEXT;
+  L_IF_NE_I:
+    choose_by<IntVal, Ne>(*in, x, k);
+    NEXT;
+  L_IF_LT_I:
+    choose_by<IntVal, Lt>(*in, x, k);
+    NEXT;
+  L_IF_LE_I:
+    choose_by<IntVal, Le>(*in, x, k);
+    NEXT;
+  L_IF_GT_I:
+    choose_by<IntVal, Gt>(*in, x, k);
+    NEXT;
+  L_IF_GE_I:
+    choose_by<IntVal, Ge>(*in, x, k);
+    NEXT;
+  L_IF_EQ_R:
+    choose_by<RealVal, Eq>(*in, x, k);
+    NEXT;
+  L_IF_NE_R:
+    choose_by<RealVal, Ne>(*in, x, k);
+    NEXT;
+  L_IF_LT_R:
+    choose_by<RealVal, Lt>(*in, x, k);
+    NEXT;
+  L_IF_LE_R:
+    choose_by<RealVal, Le>(*in, x, k);
+    NEXT;
+  L_IF_GT_R:
+    choose_by<RealVal, Gt>(*in, x, k);
+    NEXT;
+  L_IF_GE_R:
+    choose_by<RealVal, Ge>(*in, x, k);
+    NEXT;
+  L_IF_EQ_N:
+    choose_by<NameVal, Eq>(*in, x, k);
+    NEXT;
+  L_IF_NE_N:
+    choose_by<NameVal, Ne>(*in, x, k);
+    NEXT;
+  L_ZERO:
+    out_s[k] = s[in->a];
+    out_v[k] = 0;
+    NEXT;
+  L_STATE:
+    out_s[k] = s[in->a];
+    out_v[k] = v[in->a];
+    NEXT;
+  L_CHECK_CLOCK:
+    if (s[in->a] != 0) clock_takes_on_nil();
+    NEXT;
+  L_ADD_IK:
+    strict_by_constant<IntVal, Plus>(*in, x, k);
+    NEXT;
+  L_EQ_IK:
+    strict_by_constant<BoolVal, Eq>(*in, x, k);
+    NEXT;
+  L_NE_IK:
+    strict_by_constant<BoolVal, Ne>(*in, x, k);
+    NEXT;
+  L_LT_IK:
+    strict_by_constant<BoolVal, Lt>(*in, x, k);
+    NEXT;
+  L_LE_IK:
+    strict_by_constant<BoolVal, Le>(*in, x, k);
+    NEXT;
+  L_GT_IK:
+    strict_by_constant<BoolVal, Gt>(*in, x, k);
+    NEXT;
+  L_GE_IK:
+    strict_by_constant<BoolVal, Ge>(*in, x, k);
+    NEXT;
+  L_IF_EQ_IK:
+    choose_by<IntVal, Eq, true>(*in, x, k);
+    NEXT;
+  L_IF_NE_IK:
+    choose_by<IntVal, Ne, true>(*in, x, k);
+    NEXT;
+  L_IF_LT_IK:
+    choose_by<IntVal, Lt, true>(*in, x, k);
+    NEXT;
+  L_IF_LE_IK:
+    choose_by<IntVal, Le, true>(*in, x, k);
+    NEXT;
+  L_IF_GT_IK:
+    choose_by<IntVal, Gt, true>(*in, x, k);
+    NEXT;
+  L_IF_GE_IK:
+    choose_by<IntVal, Ge, true>(*in, x, k);
+    NEXT;
+  L_NONE:
+  L_CONST:
+  L_INPUT:
+  L_LAST_I:
+  L_LAST_R:
+  L_LAST_N:
+  L_FIRST:
+  L_OUTPUT_I:
+  L_OUTPUT_R:
+  L_OUTPUT_N:
+    internal_error("file 'schedule':\nno instruction %d\n", in->op);
+#undef NEXT
 }
