@@ -202,12 +202,13 @@ void Schedule::run(uint32_t begin, uint32_t end) {
   uint64_t* out_v = v + c_.code_begin;
   uint8_t* out_s = s + c_.code_begin;
   uint32_t k = begin;
-  const StepInstr* in = code + k;
+  const StepInstr* in = code + begin;
+  const StepInstr* const stop = code + end;
   const Slots x{v, s, out_v, out_s};
 #define NEXT                      \
   do {                            \
-    if (++k == end) return;       \
-    in = code + k;                \
+    ++k;                          \
+    if (++in == stop) return;     \
     goto* kHandlers[in->op];      \
   } while (0)
   goto* kHandlers[in->op];
