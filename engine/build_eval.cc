@@ -14,14 +14,9 @@
 
 namespace {
 
-template <class C>
-EvalItem* make_counted(int n) {
-  return new C(n);
-}
-
 template <class V>
-EvalItem* make_input(int identifier) {
-  auto* item = new InputEI<V>();
+EvalItem* make_input(ItemPool& pool, int identifier) {
+  auto* item = pool.make<InputEI<V>>();
   item->identifier = identifier;
   return item;
 }
@@ -83,8 +78,8 @@ constexpr KindClasses kItemClasses[] = {
     {POWER_n, kNone},
     {IF_n, by_value_kind<CondEI>()},
     {TUPLE_n, kNone},
-    {NOR_n, always(make_counted<NOR_bool_EI>)},
-    {DIESE_n, always(make_counted<DIESE_bool_EI>)},
+    {NOR_n, always(make_item<NOR_bool_EI>)},
+    {DIESE_n, always(make_item<DIESE_bool_EI>)},
     {RCL_n, kNone},
     {ICL_n, kNone},
     {PROJ_n, kNone},
@@ -197,9 +192,9 @@ void clock_split(const Net& net, Exp* x, Exp** value, Exp** clock) {
   }
 }
 
-EvalItem* make_constant(Net& net, Exp* e) {
-  if (e == net.true_exp) return new CONST_bool_EI(1);
-  if (e == net.false_exp) return new CONST_bool_EI(0);
+EvalItem* make_constant(Net& net, ItemPool& pool, Exp* e) {
+  if (e == net.true_exp) return pool.make<CONST_bool_EI>(1);
+  if (e == net.false_exp) return pool.make<CONST_bool_EI>(0);
   const IdentInfo* info = net.ident_info(e->ident);
   switch (info ? info->kind : ID_PREDEF_CONST) {
     case ID_USR_CONST:
@@ -207,14 +202,14 @@ EvalItem* make_constant(Net& net, Exp* e) {
       // Named by itself whatever its declared type: its value would come
       // from outside, and a number or a bool reads it as zero.
       QvType* type = net.type(e);
-      EvalItem* item = new CONST_extern_EI(net.strings->text(e->ident));
+      EvalItem* item = pool.make<CONST_extern_EI>(net.strings->text(e->ident));
       item->extern_type = type->name;
       return item;
     }
     case ID_INT_LIT:
-      return new CONST_int_EI(info->value);
+      return pool.make<CONST_int_EI>(info->value);
     case ID_REAL_LIT:
-      return new CONST_double_EI(info->real_value);
+      return pool.make<CONST_double_EI>(info->real_value);
     default:
       fputs("unexpected constant\n", stderr);
       return nullptr;
@@ -233,11 +228,11 @@ EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
       fprintf(stderr, "unexpected operator: %s\n", op_name(e->op));
       return nullptr;
     case EV_CONSTANT:
-      item = make_constant(net, e);
+      item = make_constant(net, p.item_pool(), e);
       break;
     case EV_CALL: {
       CallArgs args{e->operands.data(), e->arity()};
-      item = make_call_item(net, e, &args);
+      item = make_call_item(net, p.item_pool(), e, &args);
       frame->list = args.items;
       frame->count = args.count;
       break;
@@ -248,7 +243,7 @@ EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
     case EV_FIRST: {
       QvType* type = net.type(decider(e, op_eval_decider(e->op)));
       const TypeClass tc = type_class(net, type);
-      item = item_classes(e->op)->of[tc](build == EV_INPUT ? e->ident : e->arity());
+      item = item_classes(e->op)->of[tc](p.item_pool(), build == EV_INPUT ? e->ident : e->arity());
       if (op_extern_other(e->op) && tc == TC_OTHER) item->extern_type = type->name;
       if (build == EV_FIRST) p.memories.push_back(item);
       if (build == EV_MEMORY) {
@@ -265,7 +260,6 @@ EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
     internal_error("file 'build_eval':\nbuild_item : '%s' node with %d operands\n", op_name(e->op),
                    frame->count);
   }
-  p.own(item);
   frame->item = item;
   index.add(e, item);
   return item;
@@ -318,7 +312,7 @@ bool build_clocked(SimProgram& p, ItemIndex& index, Exp* e, EvalItem* operands[2
 
 EvalItem* make_output(SimProgram& p, QvType* type, EvalItem* const operands[2]) {
   const TypeClass tc = type_class(*p.net, type);
-  EvalItem* item = p.own(by_value_kind<OutputEI>().of[tc](2));
+  EvalItem* item = by_value_kind<OutputEI>().of[tc](p.item_pool(), 2);
   if (tc == TC_OTHER) item->extern_type = type->name;
   item->operands[0] = operands[0];
   item->operands[1] = operands[1];

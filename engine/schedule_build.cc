@@ -120,8 +120,7 @@ class Deriver {
   // Inputs are read only once ensured, so their status is 0 whenever it is
   // read; a constant's never changes.
   void place_leaves_and_states() {
-    for (const auto& owned : p_.items()) {
-      EvalItem* x = owned.get();
+    for (EvalItem* x : p_.items()) {
       if (x->step_op() == OP_CONST || x->step_op() == OP_INPUT) {
         slot_[x->number] = new_slot(word_of(x->value_kind, x->value), 0);
         if (x->step_op() == OP_INPUT) out_.inputs.emplace_back(x, slot_[x->number]);
