@@ -166,20 +166,6 @@ class ItemIndex {
   std::unordered_map<const Exp*, EvalItem*> unclassed_;
 };
 
-/// A node whose item exists, and the operand nodes still to be built into it.
-struct Frame {
-  EvalItem* item;
-  /// A memory's value and clock, which are not its node's operands.
-  Exp* split[2];
-  /// Otherwise the nodes to build, in order.
-  Exp* const* list;
-  int count;
-  int next;
-  bool is_last;
-
-  Exp* child(int i) const { return list ? list[i] : split[i]; }
-};
-
 /// The value and the clock of a clocked node: normalisation holds a value
 /// on a slower clock as `if clock then value else bottom`.
 void clock_split(const Net& net, Exp* x, Exp** value, Exp** clock) {
@@ -191,6 +177,26 @@ void clock_split(const Net& net, Exp* x, Exp** value, Exp** clock) {
     *clock = net.true_exp;
   }
 }
+
+/// A node whose item exists, and the operand nodes still to be built into
+/// it. A chain of a million equations stacks two million of these.
+struct Frame {
+  EvalItem* item;
+  /// The nodes to build, in order; null for a memory.
+  Exp* const* list;
+  /// A memory's node, whose value and clock are not its operands but
+  /// taken apart from its one operand; null for every other node.
+  Exp* memory;
+  int count;
+  int next;
+
+  Exp* child(const Net& net, int i) const {
+    if (list) return list[i];
+    Exp* split[2];
+    clock_split(net, memory->operand(0), &split[0], &split[1]);
+    return split[i];
+  }
+};
 
 EvalItem* make_constant(Net& net, ItemPool& pool, Exp* e) {
   if (e == net.true_exp) return pool.make<CONST_bool_EI>(1);
@@ -220,7 +226,7 @@ EvalItem* make_constant(Net& net, ItemPool& pool, Exp* e) {
 /// its operands are made from; null, after a message, when there is none.
 EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
   Net& net = *p.net;
-  *frame = Frame{nullptr, {nullptr, nullptr}, e->operands.data(), e->arity(), 0, false};
+  *frame = Frame{nullptr, e->operands.data(), nullptr, e->arity(), 0};
   EvalItem* item = nullptr;
   const EvalBuild build = op_eval_build(e->op);
   switch (build) {
@@ -247,10 +253,9 @@ EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
       if (op_extern_other(e->op) && tc == TC_OTHER) item->extern_type = type->name;
       if (build == EV_FIRST) p.memories.push_back(item);
       if (build == EV_MEMORY) {
-        clock_split(net, e->operand(0), &frame->split[0], &frame->split[1]);
         frame->list = nullptr;
+        frame->memory = e;
         frame->count = 2;
-        frame->is_last = true;
       }
       break;
     }
@@ -280,11 +285,11 @@ EvalItem* build_item(SimProgram& p, ItemIndex& index, Exp* e) {
     Frame& top = stack.back();
     if (top.next == top.count) {
       // A memory joins the list once its operands are built.
-      if (top.is_last) p.memories.push_back(top.item);
+      if (top.memory) p.memories.push_back(top.item);
       stack.pop_back();
       continue;
     }
-    Exp* child = top.child(top.next);
+    Exp* child = top.child(*p.net, top.next);
     if (EvalItem* item = index.find(child)) {
       top.item->operands[top.next++] = item;
       continue;

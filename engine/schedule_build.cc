@@ -2,6 +2,7 @@
 // taken once, written down as instructions over slots.
 #include <algorithm>
 #include <cstdint>
+#include <deque>
 #include <vector>
 
 #include "engine/eval_items.h"
@@ -532,7 +533,8 @@ class Deriver {
   /// operand's slot.
   std::vector<uint8_t> fused_;
   std::vector<uint8_t> aliased_;
-  std::vector<Frame> stack_;
+  /// As deep as the longest chain: a deque grows without copying itself.
+  std::deque<Frame> stack_;
   std::vector<Entry> entries_;
   uint32_t position_ = 0;
   std::vector<uint32_t> zeros_;
