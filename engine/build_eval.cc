@@ -137,16 +137,21 @@ class ItemIndex {
  public:
   explicit ItemIndex(int n_classes) : by_class_(static_cast<size_t>(n_classes) + 1, nullptr) {}
 
-  EvalItem* find(const Exp* e) const {
+  EvalItem* find(const Exp* e) {
     if (e->class_no == 0) {
+      Recent& recent = recent_[recent_slot(e)];
+      if (recent.node == e) return recent.item;
       auto it = unclassed_.find(e);
-      return it == unclassed_.end() ? nullptr : it->second;
+      if (it == unclassed_.end()) return nullptr;
+      recent = {e, it->second};
+      return it->second;
     }
     return by_class_[checked(e)];
   }
   void add(const Exp* e, EvalItem* item) {
     if (e->class_no == 0) {
       unclassed_.emplace(e, item);
+      recent_[recent_slot(e)] = {e, item};
     } else {
       by_class_[checked(e)] = item;
     }
@@ -162,8 +167,20 @@ class ItemIndex {
     return c;
   }
 
+  // The constants are read by equation after equation: a small table of
+  // the nodes last found answers most of those reads before the map.
+  struct Recent {
+    const Exp* node;
+    EvalItem* item;
+  };
+  static constexpr size_t kRecent = 4096;
+  static size_t recent_slot(const Exp* e) {
+    return (reinterpret_cast<uintptr_t>(e) / alignof(Exp)) % kRecent;
+  }
+
   std::vector<EvalItem*> by_class_;
   std::unordered_map<const Exp*, EvalItem*> unclassed_;
+  std::vector<Recent> recent_ = std::vector<Recent>(kRecent, Recent{nullptr, nullptr});
 };
 
 /// The value and the clock of a clocked node: normalisation holds a value
