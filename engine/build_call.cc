@@ -56,21 +56,21 @@ bool matches(Net& net, const LibraryCall& row, Exp* e, const CallArgs& args) {
   return row.arity == args.count && row.result == type_class(net, net.type(e));
 }
 
-EvalItem* make_row_item(const LibraryCall& row) {
-  if (row.make) return row.make(0);
-  if (row.arity == 1) return new UFUNC_double_EI(row.unary);
-  return new BFUNC_double_EI(row.binary);
+EvalItem* make_row_item(const LibraryCall& row, ItemPool& pool) {
+  if (row.make) return row.make(pool, 0);
+  if (row.arity == 1) return pool.make<UFUNC_double_EI>(row.unary);
+  return pool.make<BFUNC_double_EI>(row.binary);
 }
 
 }  // namespace
 
-EvalItem* make_call_item(Net& net, Exp* e, CallArgs* args) {
+EvalItem* make_call_item(Net& net, ItemPool& pool, Exp* e, CallArgs* args) {
   if (args->count == 1 && args->items[0]->op == TUPLE_n) {
     Exp* tuple = args->items[0];
     *args = CallArgs{tuple->operands.data(), tuple->arity()};
   }
   for (const LibraryCall& row : kLibrary) {
-    if (matches(net, row, e, *args)) return make_row_item(row);
+    if (matches(net, row, e, *args)) return make_row_item(row, pool);
   }
   fputs("Unsupported function :\n", stderr);
   {

@@ -14,14 +14,9 @@
 
 namespace {
 
-template <class C>
-EvalItem* make_counted(int n) {
-  return new C(n);
-}
-
 template <class V>
-EvalItem* make_input(int identifier) {
-  auto* item = new InputEI<V>();
+EvalItem* make_input(ItemPool& pool, int identifier) {
+  auto* item = pool.make<InputEI<V>>();
   item->identifier = identifier;
   return item;
 }
@@ -83,8 +78,8 @@ constexpr KindClasses kItemClasses[] = {
     {POWER_n, kNone},
     {IF_n, by_value_kind<CondEI>()},
     {TUPLE_n, kNone},
-    {NOR_n, always(make_counted<NOR_bool_EI>)},
-    {DIESE_n, always(make_counted<DIESE_bool_EI>)},
+    {NOR_n, always(make_item<NOR_bool_EI>)},
+    {DIESE_n, always(make_item<DIESE_bool_EI>)},
     {RCL_n, kNone},
     {ICL_n, kNone},
     {PROJ_n, kNone},
@@ -142,16 +137,21 @@ class ItemIndex {
  public:
   explicit ItemIndex(int n_classes) : by_class_(static_cast<size_t>(n_classes) + 1, nullptr) {}
 
-  EvalItem* find(const Exp* e) const {
+  EvalItem* find(const Exp* e) {
     if (e->class_no == 0) {
+      Recent& recent = recent_[recent_slot(e)];
+      if (recent.node == e) return recent.item;
       auto it = unclassed_.find(e);
-      return it == unclassed_.end() ? nullptr : it->second;
+      if (it == unclassed_.end()) return nullptr;
+      recent = {e, it->second};
+      return it->second;
     }
     return by_class_[checked(e)];
   }
   void add(const Exp* e, EvalItem* item) {
     if (e->class_no == 0) {
       unclassed_.emplace(e, item);
+      recent_[recent_slot(e)] = {e, item};
     } else {
       by_class_[checked(e)] = item;
     }
@@ -167,22 +167,20 @@ class ItemIndex {
     return c;
   }
 
+  // The constants are read by equation after equation: a small table of
+  // the nodes last found answers most of those reads before the map.
+  struct Recent {
+    const Exp* node;
+    EvalItem* item;
+  };
+  static constexpr size_t kRecent = 4096;
+  static size_t recent_slot(const Exp* e) {
+    return (reinterpret_cast<uintptr_t>(e) / alignof(Exp)) % kRecent;
+  }
+
   std::vector<EvalItem*> by_class_;
   std::unordered_map<const Exp*, EvalItem*> unclassed_;
-};
-
-/// A node whose item exists, and the operand nodes still to be built into it.
-struct Frame {
-  EvalItem* item;
-  /// A memory's value and clock, which are not its node's operands.
-  Exp* split[2];
-  /// Otherwise the nodes to build, in order.
-  Exp* const* list;
-  int count;
-  int next;
-  bool is_last;
-
-  Exp* child(int i) const { return list ? list[i] : split[i]; }
+  std::vector<Recent> recent_ = std::vector<Recent>(kRecent, Recent{nullptr, nullptr});
 };
 
 /// The value and the clock of a clocked node: normalisation holds a value
@@ -197,9 +195,29 @@ void clock_split(const Net& net, Exp* x, Exp** value, Exp** clock) {
   }
 }
 
-EvalItem* make_constant(Net& net, Exp* e) {
-  if (e == net.true_exp) return new CONST_bool_EI(1);
-  if (e == net.false_exp) return new CONST_bool_EI(0);
+/// A node whose item exists, and the operand nodes still to be built into
+/// it. A chain of a million equations stacks two million of these.
+struct Frame {
+  EvalItem* item;
+  /// The nodes to build, in order; null for a memory.
+  Exp* const* list;
+  /// A memory's node, whose value and clock are not its operands but
+  /// taken apart from its one operand; null for every other node.
+  Exp* memory;
+  int count;
+  int next;
+
+  Exp* child(const Net& net, int i) const {
+    if (list) return list[i];
+    Exp* split[2];
+    clock_split(net, memory->operand(0), &split[0], &split[1]);
+    return split[i];
+  }
+};
+
+EvalItem* make_constant(Net& net, ItemPool& pool, Exp* e) {
+  if (e == net.true_exp) return pool.make<CONST_bool_EI>(1);
+  if (e == net.false_exp) return pool.make<CONST_bool_EI>(0);
   const IdentInfo* info = net.ident_info(e->ident);
   switch (info ? info->kind : ID_PREDEF_CONST) {
     case ID_USR_CONST:
@@ -207,14 +225,14 @@ EvalItem* make_constant(Net& net, Exp* e) {
       // Named by itself whatever its declared type: its value would come
       // from outside, and a number or a bool reads it as zero.
       QvType* type = net.type(e);
-      EvalItem* item = new CONST_extern_EI(net.strings->text(e->ident));
+      EvalItem* item = pool.make<CONST_extern_EI>(net.strings->text(e->ident));
       item->extern_type = type->name;
       return item;
     }
     case ID_INT_LIT:
-      return new CONST_int_EI(info->value);
+      return pool.make<CONST_int_EI>(info->value);
     case ID_REAL_LIT:
-      return new CONST_double_EI(info->real_value);
+      return pool.make<CONST_double_EI>(info->real_value);
     default:
       fputs("unexpected constant\n", stderr);
       return nullptr;
@@ -225,7 +243,7 @@ EvalItem* make_constant(Net& net, Exp* e) {
 /// its operands are made from; null, after a message, when there is none.
 EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
   Net& net = *p.net;
-  *frame = Frame{nullptr, {nullptr, nullptr}, e->operands.data(), e->arity(), 0, false};
+  *frame = Frame{nullptr, e->operands.data(), nullptr, e->arity(), 0};
   EvalItem* item = nullptr;
   const EvalBuild build = op_eval_build(e->op);
   switch (build) {
@@ -233,11 +251,11 @@ EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
       fprintf(stderr, "unexpected operator: %s\n", op_name(e->op));
       return nullptr;
     case EV_CONSTANT:
-      item = make_constant(net, e);
+      item = make_constant(net, p.item_pool(), e);
       break;
     case EV_CALL: {
       CallArgs args{e->operands.data(), e->arity()};
-      item = make_call_item(net, e, &args);
+      item = make_call_item(net, p.item_pool(), e, &args);
       frame->list = args.items;
       frame->count = args.count;
       break;
@@ -248,14 +266,13 @@ EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
     case EV_FIRST: {
       QvType* type = net.type(decider(e, op_eval_decider(e->op)));
       const TypeClass tc = type_class(net, type);
-      item = item_classes(e->op)->of[tc](build == EV_INPUT ? e->ident : e->arity());
+      item = item_classes(e->op)->of[tc](p.item_pool(), build == EV_INPUT ? e->ident : e->arity());
       if (op_extern_other(e->op) && tc == TC_OTHER) item->extern_type = type->name;
       if (build == EV_FIRST) p.memories.push_back(item);
       if (build == EV_MEMORY) {
-        clock_split(net, e->operand(0), &frame->split[0], &frame->split[1]);
         frame->list = nullptr;
+        frame->memory = e;
         frame->count = 2;
-        frame->is_last = true;
       }
       break;
     }
@@ -265,7 +282,6 @@ EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
     internal_error("file 'build_eval':\nbuild_item : '%s' node with %d operands\n", op_name(e->op),
                    frame->count);
   }
-  p.own(item);
   frame->item = item;
   index.add(e, item);
   return item;
@@ -286,11 +302,11 @@ EvalItem* build_item(SimProgram& p, ItemIndex& index, Exp* e) {
     Frame& top = stack.back();
     if (top.next == top.count) {
       // A memory joins the list once its operands are built.
-      if (top.is_last) p.memories.push_back(top.item);
+      if (top.memory) p.memories.push_back(top.item);
       stack.pop_back();
       continue;
     }
-    Exp* child = top.child(top.next);
+    Exp* child = top.child(*p.net, top.next);
     if (EvalItem* item = index.find(child)) {
       top.item->operands[top.next++] = item;
       continue;
@@ -318,7 +334,7 @@ bool build_clocked(SimProgram& p, ItemIndex& index, Exp* e, EvalItem* operands[2
 
 EvalItem* make_output(SimProgram& p, QvType* type, EvalItem* const operands[2]) {
   const TypeClass tc = type_class(*p.net, type);
-  EvalItem* item = p.own(by_value_kind<OutputEI>().of[tc](2));
+  EvalItem* item = by_value_kind<OutputEI>().of[tc](p.item_pool(), 2);
   if (tc == TC_OTHER) item->extern_type = type->name;
   item->operands[0] = operands[0];
   item->operands[1] = operands[1];

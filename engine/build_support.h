@@ -2,7 +2,10 @@
 // type of a node.
 #pragma once
 
+#include <type_traits>
+
 #include "engine/eval_items.h"
+#include "engine/item_pool.h"
 #include "net/net.h"
 
 enum TypeClass { TC_BOOL, TC_INT, TC_REAL, TC_OTHER };
@@ -14,13 +17,21 @@ inline TypeClass type_class(const Net& net, const QvType* t) {
   return TC_OTHER;
 }
 
-/// Makes an item; `arg` is the operand count of the n-ary classes and the
-/// identifier of the inputs, and the other classes ignore it.
-using ItemFactory = EvalItem* (*)(int arg);
+/// Makes an item in `pool`; `arg` is the operand count of the classes with
+/// more than two and the identifier of the inputs, and the other classes
+/// ignore it.
+using ItemFactory = EvalItem* (*)(ItemPool& pool, int arg);
 
+/// The classes with more than two operands take room for them from the pool.
 template <class C>
-EvalItem* make_item(int) {
-  return new C();
+EvalItem* make_item(ItemPool& pool, int n) {
+  if constexpr (std::is_constructible_v<C, int, EvalItem**>) {
+    return pool.make<C>(n, pool.operand_room(n));
+  } else if constexpr (std::is_constructible_v<C, EvalItem**>) {
+    return pool.make<C>(pool.operand_room(n));
+  } else {
+    return pool.make<C>();
+  }
 }
 
 /// One class per type class, in TypeClass order.
@@ -53,4 +64,4 @@ struct CallArgs {
 
 /// The item of a call of a supported library function, with `args` set;
 /// a call of anything else is refused and ends the process.
-EvalItem* make_call_item(Net& net, Exp* e, CallArgs* args);
+EvalItem* make_call_item(Net& net, ItemPool& pool, Exp* e, CallArgs* args);

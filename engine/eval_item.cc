@@ -50,11 +50,16 @@ class WalkFrames {
 
 // Most items have one or two operands: a separate array would cost more
 // than the item's own fields.
-EvalItem::EvalItem(int n, int kind)
-    : operands(n <= 2 ? few_ : new EvalItem*[n]()), n_operands(n), value_kind(kind) {}
+EvalItem::EvalItem(int n, int kind, EvalItem** room)
+    : operands(n <= 2 ? few_
+               : room ? room
+                      : new EvalItem*[n]()),
+      n_operands(n),
+      value_kind(static_cast<uint8_t>(kind)),
+      owns_operands_(n > 2 && !room) {}
 
 EvalItem::~EvalItem() {
-  if (operands != few_) delete[] operands;
+  if (owns_operands_) delete[] operands;
 }
 
 void EvalItem::compute(unsigned) {

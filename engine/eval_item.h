@@ -8,7 +8,9 @@
 class EvalItem {
  public:
   /// `kind` is a ValueKind; the operand slots start null, for the builder.
-  EvalItem(int n_operands, int kind);
+  /// Up to two operands live in the item; more live in `room` when given
+  /// (it outlives the item), else in an array of the item's own.
+  EvalItem(int n_operands, int kind, EvalItem** room = nullptr);
   EvalItem(const EvalItem&) = delete;
   EvalItem& operator=(const EvalItem&) = delete;
   virtual ~EvalItem();
@@ -38,20 +40,24 @@ class EvalItem {
   /// False for the memories, whose `compute` reads no operand.
   bool demands() const { return demands_operands; }
 
+  // The fields are ordered so that a million items waste no padding: an
+  // item with its two operands fills 64 bytes.
+
   /// The operands; those of an item with at most two live in the item.
   EvalItem** operands;
+  EvalValue value{};
   int n_operands;
-  int value_kind;
   /// The item's place among its program's items, in the order they were
   /// made; -1 for an item no program owns.
   int number = -1;
-  EvalValue value{};
   unsigned status = ST_NIL;
   unsigned stamp = 0;
   /// Classes over enumerated or extern values (constants, inputs, outputs,
   /// memories, equality, choice): the string number of the type's name.
   /// 0 for every other class.
   int extern_type = 0;
+  /// A ValueKind.
+  uint8_t value_kind;
 
  protected:
   /// Operands `compute` ensures: all of them, except for the memories,
@@ -62,6 +68,7 @@ class EvalItem {
   void ensure_operands(unsigned step);
 
  private:
+  bool owns_operands_;
   EvalItem* few_[2] = {};
 };
 

@@ -160,7 +160,8 @@ class LogicEI final : public EvalItem {
 template <class Op>
 class CountEI final : public EvalItem {
  public:
-  explicit CountEI(int n) : EvalItem(n, VK_BOOL) {}
+  /// `room`: as for EvalItem.
+  explicit CountEI(int n, EvalItem** room = nullptr) : EvalItem(n, VK_BOOL, room) {}
   StepOp step_op() const override { return kLogicOp<Op>; }
 
   void compute(unsigned step) override {
@@ -181,7 +182,8 @@ class CountEI final : public EvalItem {
 template <class V>
 class CondEI final : public EvalItem {
  public:
-  CondEI() : EvalItem(3, V::kind) {}
+  /// `room`: as for EvalItem.
+  explicit CondEI(EvalItem** room = nullptr) : EvalItem(3, V::kind, room) {}
   StepOp step_op() const override { return by_kind<V>(OP_COND_I, OP_COND_R, OP_COND_N); }
 
   void compute(unsigned step) override {

@@ -2,6 +2,7 @@
 // taken once, written down as instructions over slots.
 #include <algorithm>
 #include <cstdint>
+#include <deque>
 #include <vector>
 
 #include "engine/eval_items.h"
@@ -44,13 +45,18 @@ bool reads_as_zero(StepOp op, const EvalItem& item, int j) {
 /// once what they read is computed.
 struct Entry {
   enum What : uint8_t { kCompute, kZero, kCheck, kState, kRoot, kNext };
-  What what;
-  int operand;
+  /// Beyond the operands an entry can name; an item with more is refused.
+  static constexpr int kMaxOperand = (1 << 29) - 1;
+
   EvalItem* item;
   /// In the walk's order, then in the code: where its instruction goes;
   /// for a root, where its code ends.
   uint32_t position;
+  // A million items take as many entries: 16 bytes each, not 24.
+  What what : 3;
+  uint32_t operand : 29;
 };
+static_assert(sizeof(void*) != 8 || sizeof(Entry) == 16);
 
 // The comparisons and their fused `if`s are listed in the same order.
 static_assert(OP_NE_N - OP_EQ_I == OP_IF_NE_N - OP_IF_EQ_I);
@@ -66,15 +72,6 @@ StepOp fused_if(StepOp compare) {
 static_assert(OP_GE_I - OP_EQ_I == OP_GE_IK - OP_EQ_IK);
 static_assert(OP_IF_GE_I - OP_IF_EQ_I == OP_IF_GE_IK - OP_IF_EQ_IK);
 
-/// Whether `item` reads a constant number as its operand `j`, and which
-/// word as an int reads it.
-bool reads_constant(const EvalItem& item, int j, uint32_t& word) {
-  const EvalItem& operand = *item.operands[j];
-  if (operand.step_op() != OP_CONST || reads_as_zero(item.step_op(), item, j)) return false;
-  word = static_cast<uint32_t>(word_of(operand.value_kind, operand.value));
-  return true;
-}
-
 bool is_choice(StepOp op) {
   return op == OP_COND_I || op == OP_COND_R || op == OP_COND_N;
 }
@@ -83,13 +80,18 @@ class Deriver {
  public:
   explicit Deriver(const SimProgram& p)
       : p_(p),
-        slot_(p.items().size(), kUnplaced),
+        op_(p.items().size(), OP_NONE),
+        slot_(op_.size(), kUnplaced),
         state_(slot_),
         kept_(slot_),
         computed_at_(slot_),
-        fused_at_(slot_),
         fused_(slot_.size(), 0),
-        aliased_(slot_.size(), 0) {}
+        aliased_(slot_.size(), 0) {
+    // An entry per item reached, and at most three per memory and one per
+    // root besides, but for the rare operands read as zero.
+    entries_.reserve(op_.size() + 2 * p.memories.size() + p.assert_items.size() +
+                     p.output_items.size());
+  }
 
   StepCode derive() {
     place_leaves_and_states();
@@ -110,6 +112,19 @@ class Deriver {
     int next;
   };
 
+  /// An item's operation, asked of each item once: the walks below ask
+  /// for it again and again, and a virtual call reaches into the item.
+  StepOp op(const EvalItem& x) const { return op_[x.number]; }
+
+  /// Whether `item` reads a constant number as its operand `j`, and which
+  /// word as an int reads it.
+  bool reads_constant(const EvalItem& item, int j, uint32_t& word) const {
+    const EvalItem& operand = *item.operands[j];
+    if (op(operand) != OP_CONST || reads_as_zero(op(item), item, j)) return false;
+    word = static_cast<uint32_t>(word_of(operand.value_kind, operand.value));
+    return true;
+  }
+
   uint32_t new_slot(uint64_t value, uint8_t status) {
     if (out_.values.size() >= kWalking) internal_error("file 'schedule_build':\ntoo many items\n");
     out_.values.push_back(value);
@@ -120,20 +135,20 @@ class Deriver {
   // Inputs are read only once ensured, so their status is 0 whenever it is
   // read; a constant's never changes.
   void place_leaves_and_states() {
-    for (const auto& owned : p_.items()) {
-      EvalItem* x = owned.get();
-      if (x->step_op() == OP_CONST || x->step_op() == OP_INPUT) {
+    for (EvalItem* x : p_.items()) {
+      op_[x->number] = x->step_op();
+      if (op(*x) == OP_CONST || op(*x) == OP_INPUT) {
         slot_[x->number] = new_slot(word_of(x->value_kind, x->value), 0);
-        if (x->step_op() == OP_INPUT) out_.inputs.emplace_back(x, slot_[x->number]);
+        if (op(*x) == OP_INPUT) out_.inputs.emplace_back(x, slot_[x->number]);
       }
     }
     out_.states_begin = static_cast<uint32_t>(out_.values.size());
     for (EvalItem* m : p_.memories) {
-      if (m->step_op() != OP_FIRST) state_[m->number] = new_slot(0, ST_NIL);
+      if (op(*m) != OP_FIRST) state_[m->number] = new_slot(0, ST_NIL);
     }
     out_.first_states_begin = static_cast<uint32_t>(out_.values.size());
     for (EvalItem* m : p_.memories) {
-      if (m->step_op() == OP_FIRST) state_[m->number] = new_slot(1, 0);
+      if (op(*m) == OP_FIRST) state_[m->number] = new_slot(1, 0);
     }
     out_.code_begin = static_cast<uint32_t>(out_.values.size());
   }
@@ -193,20 +208,21 @@ class Deriver {
         add(Entry::kState, operand);
       }
     }
-    if (memory->step_op() == OP_FIRST) add(Entry::kCheck, memory);
+    if (op(*memory) == OP_FIRST) add(Entry::kCheck, memory);
     add_zeros(memory);
     add(Entry::kNext, memory);
   }
 
-  static bool reads_state_of_other(const EvalItem& memory, int j) {
+  bool reads_state_of_other(const EvalItem& memory, int j) const {
     const EvalItem& operand = *memory.operands[j];
-    return !operand.demands() && &operand != &memory &&
-           !reads_as_zero(memory.step_op(), memory, j);
+    return !operand.demands() && &operand != &memory && !reads_as_zero(op(memory), memory, j);
   }
 
   void add_zeros(EvalItem* item) {
     for (int j = 0; j < item->n_operands; ++j) {
-      if (reads_as_zero(item->step_op(), *item, j)) add(Entry::kZero, item, j);
+      if (!reads_as_zero(op(*item), *item, j)) continue;
+      if (j > Entry::kMaxOperand) internal_error("file 'schedule_build':\ntoo many operands\n");
+      add(Entry::kZero, item, j);
     }
   }
 
@@ -216,7 +232,7 @@ class Deriver {
 
   void add(Entry::What what, EvalItem* item, int operand = 0) {
     if (what == Entry::kCompute) computed_at_[item->number] = static_cast<uint32_t>(entries_.size());
-    entries_.push_back({what, operand, item, position_});
+    entries_.push_back({item, position_, what, static_cast<uint32_t>(operand)});
     if (takes_slot(entries_.back()) && out_.code_begin + ++position_ >= kWalking) {
       internal_error("file 'schedule_build':\ntoo many items\n");
     }
@@ -230,25 +246,26 @@ class Deriver {
   // the `if`, to be computed after it. An int `if` over a real branch
   // keeps its own instruction, which takes the branch's low half.
   void fuse_comparisons() {
-    std::vector<uint32_t> reads(slot_.size(), 0);
+    // Whether an item is read once: counts stop at two.
+    std::vector<uint8_t> reads(slot_.size(), 0);
+    auto read = [&](const EvalItem* x) { reads[x->number] = std::min(reads[x->number] + 1, 2); };
     for (const Entry& e : entries_) {
       if (e.what == Entry::kZero || e.what == Entry::kState) continue;
       const int n = e.what == Entry::kCheck ? 1 : e.item->n_operands;
-      for (int j = 0; j < n; ++j) ++reads[e.item->operands[j]->number];
+      for (int j = 0; j < n; ++j) read(e.item->operands[j]);
       // A first-instant flag's next state reads its own value.
-      if (e.what == Entry::kNext && e.item->step_op() == OP_FIRST) ++reads[e.item->number];
+      if (e.what == Entry::kNext && op(*e.item) == OP_FIRST) read(e.item);
     }
     for (const Entry& e : entries_) {
-      if (e.what != Entry::kCompute || !is_choice(e.item->step_op())) continue;
+      if (e.what != Entry::kCompute || !is_choice(op(*e.item))) continue;
       const EvalItem& choice = *e.item;
       const EvalItem& compare = *choice.operands[0];
-      const StepOp op = compare.step_op();
-      fused_at_[compare.number] = computed_at_[choice.number];
+      const StepOp compare_op = op(compare);
       fused_[compare.number] =
-          fused_if(op) != OP_NONE && reads[compare.number] == 1 && !reads_as_zero(op, compare, 0) &&
-          !reads_as_zero(op, compare, 1) &&
-          !(choice.step_op() == OP_COND_I && (choice.operands[1]->value_kind == VK_REAL ||
-                                              choice.operands[2]->value_kind == VK_REAL));
+          fused_if(compare_op) != OP_NONE && reads[compare.number] == 1 &&
+          !reads_as_zero(compare_op, compare, 0) && !reads_as_zero(compare_op, compare, 1) &&
+          !(op(choice) == OP_COND_I && (choice.operands[1]->value_kind == VK_REAL ||
+                                        choice.operands[2]->value_kind == VK_REAL));
     }
   }
 
@@ -267,8 +284,13 @@ class Deriver {
       const Entry& e = entries_[i];
       switch (e.what) {
         case Entry::kCompute: {
-          const uint32_t at = fused_[e.item->number] ? fused_at_[e.item->number] : i;
-          for (int j = 0; j < e.item->n_operands; ++j) note(e.item->operands[j], at);
+          // A comparison its `if` makes reads its operands where the `if` is.
+          if (fused_[e.item->number]) break;
+          for (int j = 0; j < e.item->n_operands; ++j) note(e.item->operands[j], i);
+          if (is_choice(op(*e.item)) && fused_[e.item->operands[0]->number]) {
+            const EvalItem& compare = *e.item->operands[0];
+            for (int j = 0; j < compare.n_operands; ++j) note(compare.operands[j], i);
+          }
           break;
         }
         case Entry::kZero:
@@ -328,7 +350,7 @@ class Deriver {
 
   // The zero readings of an item come right before it, in operand order.
   uint32_t operand_slot(const EvalItem& item, int j) {
-    if (reads_as_zero(item.step_op(), item, j)) return zeros_[next_zero_++];
+    if (reads_as_zero(op(item), item, j)) return zeros_[next_zero_++];
     return slot_[item.operands[j]->number];
   }
 
@@ -372,25 +394,25 @@ class Deriver {
 
   StepInstr by_constant(const EvalItem& item, uint32_t k) {
     const uint32_t a = operand_slot(item, 0);
-    switch (item.step_op()) {
+    switch (op(item)) {
       case OP_ADD_I:
         return {OP_ADD_IK, a, k, 0, 0};
       case OP_SUB_I:
         return {OP_ADD_IK, a, 0u - k, 0, 0};
       default:
-        return {static_cast<StepOp>(OP_EQ_IK + (item.step_op() - OP_EQ_I)), a, k, 0, 0};
+        return {static_cast<StepOp>(OP_EQ_IK + (op(item) - OP_EQ_I)), a, k, 0, 0};
     }
   }
 
   StepInstr compute(const EvalItem& item) {
-    const StepOp op = item.step_op();
-    switch (op) {
+    const StepOp item_op = op(item);
+    switch (item_op) {
       case OP_COND_I:
       case OP_COND_R:
       case OP_COND_N:
         if (fused_[item.operands[0]->number]) {
           const EvalItem& compare = *item.operands[0];
-          const StepOp fused = fused_if(compare.step_op());
+          const StepOp fused = fused_if(op(compare));
           uint32_t k;
           if (fused >= OP_IF_EQ_I && fused <= OP_IF_GE_I && reads_constant(compare, 1, k)) {
             return {static_cast<StepOp>(OP_IF_EQ_IK + (fused - OP_IF_EQ_I)),
@@ -413,16 +435,16 @@ class Deriver {
         break;
       case OP_UNARY_CALL:
         out_.unary.push_back(static_cast<const UFUNC_double_EI&>(item).op.function);
-        return {op, operand_slot(item, 0), static_cast<uint32_t>(out_.unary.size() - 1), 0, 0};
+        return {item_op, operand_slot(item, 0), static_cast<uint32_t>(out_.unary.size() - 1), 0, 0};
       case OP_BINARY_CALL:
         out_.binary.push_back(static_cast<const BFUNC_double_EI&>(item).op.function);
-        return {op, operand_slot(item, 0), operand_slot(item, 1),
+        return {item_op, operand_slot(item, 0), operand_slot(item, 1),
                 static_cast<uint32_t>(out_.binary.size() - 1), 0};
       case OP_AT_MOST_ONE:
       case OP_NONE_TRUE: {
         const auto begin = static_cast<uint32_t>(out_.lists.size());
         for (int j = 0; j < item.n_operands; ++j) out_.lists.push_back(operand_slot(item, j));
-        return {op, begin, static_cast<uint32_t>(item.n_operands), 0, 0};
+        return {item_op, begin, static_cast<uint32_t>(item.n_operands), 0, 0};
       }
       case OP_NONE:
       case OP_CONST:
@@ -450,11 +472,11 @@ class Deriver {
       case OP_IF_LE_IK:
       case OP_IF_GT_IK:
       case OP_IF_GE_IK:
-        internal_error("file 'schedule_build':\nno instruction for operation %d\n", op);
+        internal_error("file 'schedule_build':\nno instruction for operation %d\n", item_op);
       default:
         break;
     }
-    StepInstr instr{op, 0, 0, 0, 0};
+    StepInstr instr{item_op, 0, 0, 0, 0};
     uint32_t* fields[] = {&instr.a, &instr.b, &instr.c};
     for (int j = 0; j < item.n_operands; ++j) *fields[j] = operand_slot(item, j);
     return instr;
@@ -469,7 +491,7 @@ class Deriver {
   // clock was checked in the code.
   void add_next_state(const EvalItem& memory) {
     const uint32_t state = state_[memory.number];
-    if (memory.step_op() == OP_FIRST) {
+    if (op(memory) == OP_FIRST) {
       out_.firsts.push_back({state, next_operand_slot(memory, 0)});
       return;
     }
@@ -479,39 +501,40 @@ class Deriver {
       out_.copies.push_back({from, state});
     } else {
       out_.clocked.push_back({from, next_operand_slot(memory, 1), state,
-                              memory.step_op() == OP_LAST_I});
+                              op(memory) == OP_LAST_I});
     }
   }
 
   /// A memory on the base clock whose state is its operand's word as it is.
   /// Every slot of an int holds its value zero-extended; only a real's word
   /// needs cutting.
-  static bool takes_word_always(const EvalItem& memory) {
-    const StepOp op = memory.step_op();
-    if (op == OP_FIRST || reads_as_zero(op, memory, 0)) return false;
+  bool takes_word_always(const EvalItem& memory) const {
+    const StepOp memory_op = op(memory);
+    if (memory_op == OP_FIRST || reads_as_zero(memory_op, memory, 0)) return false;
     const EvalItem& clock = *memory.operands[1];
-    return clock.step_op() == OP_CONST && !reads_as_zero(op, memory, 1) &&
+    return op(clock) == OP_CONST && !reads_as_zero(memory_op, memory, 1) &&
            static_cast<uint32_t>(word_of(clock.value_kind, clock.value)) != 0 &&
-           !(op == OP_LAST_I && memory.operands[0]->value_kind == VK_REAL);
+           !(memory_op == OP_LAST_I && memory.operands[0]->value_kind == VK_REAL);
   }
 
   const SimProgram& p_;
   StepCode out_;
+  /// By item number: its operation.
+  std::vector<StepOp> op_;
   /// By item number: the slot of its value, or kUnplaced or kWalking.
   std::vector<uint32_t> slot_;
   /// By item number, for the memories: the slot of their state, and of
   /// its copy for the next states that read it.
   std::vector<uint32_t> state_;
   std::vector<uint32_t> kept_;
-  /// By item number: the entry that computes it, or kUnplaced; for a
-  /// comparison its `if` makes, the entry of the `if`.
+  /// By item number: the entry that computes it, or kUnplaced.
   std::vector<uint32_t> computed_at_;
-  std::vector<uint32_t> fused_at_;
   /// By item number: a comparison its `if` makes; a memory read from its
   /// operand's slot.
   std::vector<uint8_t> fused_;
   std::vector<uint8_t> aliased_;
-  std::vector<Frame> stack_;
+  /// As deep as the longest chain: a deque grows without copying itself.
+  std::deque<Frame> stack_;
   std::vector<Entry> entries_;
   uint32_t position_ = 0;
   std::vector<uint32_t> zeros_;

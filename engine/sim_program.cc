@@ -32,12 +32,6 @@ SimProgram::SimProgram(const char* path, SymbolTable* table, const LoadOptions& 
   end_phase();
 }
 
-EvalItem* SimProgram::own(EvalItem* item) {
-  item->number = static_cast<int>(items_.size());
-  items_.emplace_back(item);
-  return item;
-}
-
 void SimProgram::begin_step() {
   ++step_counter;
   if (!by_items_) schedule_->take_inputs();

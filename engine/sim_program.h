@@ -6,11 +6,11 @@
 #pragma once
 
 #include <deque>
-#include <memory>
 #include <optional>
 #include <vector>
 
 #include "engine/eval_item.h"
+#include "engine/item_pool.h"
 #include "engine/schedule.h"
 #include "reader/pnet_interface.h"
 
@@ -41,10 +41,10 @@ class SimProgram : public PNetInterface {
   /// schedule: the model that tests compare the schedule with.
   void step_by_items() { by_items_ = true; }
 
-  /// Takes ownership of an item made by the builder, and numbers it.
-  EvalItem* own(EvalItem* item);
+  /// Where the builder makes the items, which the program owns.
+  ItemPool& item_pool() { return items_; }
   /// Every item, in the order they were made.
-  const std::deque<std::unique_ptr<EvalItem>>& items() const { return items_; }
+  const std::deque<EvalItem*>& items() const { return items_.items(); }
   /// The type output `i` is declared with. Its final node may stand for a
   /// class of nodes of several types, and carries the type of one of them.
   QvType* output_type(int i) const { return output_types_[i]; }
@@ -61,9 +61,7 @@ class SimProgram : public PNetInterface {
   unsigned step_counter = 0;
 
  private:
-  // A vector of a million items would copy itself as it grows, and then
-  // take twice its size at the peak of the load.
-  std::deque<std::unique_ptr<EvalItem>> items_;
+  ItemPool items_;
   std::vector<QvType*> output_types_;
   std::optional<Schedule> schedule_;
   bool by_items_ = false;

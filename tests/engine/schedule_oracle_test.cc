@@ -270,6 +270,38 @@ const char* const kConstantComparisons =
     "  e = (j = 7) or (j <> 1) and (j < 0) or (j <= 2) and (j > 7) or (j >= 3);\n"
     "tel\n";
 
+// Names read as truth values by counting operators with many operands:
+// each read takes a zero instruction of its own, which must read the name
+// it stands for however far down the list that is. A zero instruction
+// reading another operand would still give zero, so its operand is
+// checked in the code itself.
+TEST(ScheduleOracle, LateOperandsReadAsZeroReadTheirOwnName) {
+  ProgramFile file(
+      "type color = (red, green, blue);\n"
+      "type gear; const low : gear; const high : gear;\n"
+      "node n (c, d : bool; i, j : int; x, y : real; k : color; g : gear)\n"
+      "returns (a, b : bool);\n"
+      "let\n"
+      "  a = #(c, d, not c, d, k, not d, g);\n"
+      "  b = nor(d, c and d, g, c, d, k, c or d);\n"
+      "tel\n");
+  OneRun run(file, false);
+  ASSERT_TRUE(run.program);
+  const StepCode code = derive_step_code(*run.program);
+  std::set<uint32_t> names;
+  for (const auto& [item, slot] : code.inputs) {
+    if (item->value_kind == VK_EXTERN) names.insert(slot);
+  }
+  ASSERT_EQ(names.size(), 2u);
+  int zeros = 0;
+  for (const StepInstr& in : code.code) {
+    if (in.op != OP_ZERO) continue;
+    ++zeros;
+    EXPECT_TRUE(names.count(in.a)) << "a zero instruction reads slot " << in.a;
+  }
+  EXPECT_EQ(zeros, 4);
+}
+
 TEST(ScheduleOracle, RandomProgramsRunAlikeBothWays) {
   constexpr unsigned kPrograms = 400;
   Seen seen;
