@@ -43,7 +43,17 @@ constexpr size_t kLongestKeyword = [] {
 
 // Character classes as the C locale has them, which is the only one the
 // programs run in; a table spares a library call per character.
-enum CharClass : unsigned char { kSpace = 1, kDigit = 2, kLower = 4, kUpper = 8, kUnderscore = 16 };
+enum CharClass : unsigned char {
+  kSpace = 1,
+  kDigit = 2,
+  kLower = 4,
+  kUpper = 8,
+  kUnderscore = 16,
+  /// A token of its own.
+  kSingle = 32,
+  /// A token alone, the first of a pair or the start of a comment.
+  kPairStart = 64,
+};
 
 constexpr std::array<unsigned char, 256> make_classes() {
   std::array<unsigned char, 256> classes{};
@@ -52,6 +62,8 @@ constexpr std::array<unsigned char, 256> make_classes() {
   for (int c = 'a'; c <= 'z'; ++c) classes[c] = kLower;
   for (int c = 'A'; c <= 'Z'; ++c) classes[c] = kUpper;
   classes['_'] = kUnderscore;
+  for (unsigned char c : std::string_view(".;):,/%+#")) classes[c] = kSingle;
+  for (unsigned char c : std::string_view("=(-<>*")) classes[c] = kPairStart;
   return classes;
 }
 
@@ -87,11 +99,6 @@ const Pair kPairs[] = {
 
 // Counted over every file the process reads, for the NUL report.
 long chars_read = 0;
-
-// strchr alone would also find the terminating NUL of the set.
-bool is_one_of(int c, const char* set) {
-  return c != '\0' && std::strchr(set, c);
-}
 
 }  // namespace
 
@@ -130,6 +137,20 @@ void QvLexer::take() {
   if (length_ == kTokenValueSize - 1) fail("lexeme longer than 255 characters");
   lexeme_[length_++] = static_cast<char>(look_);
   advance();
+}
+
+void QvLexer::skip_spaces() {
+  while (in_class(look_, kSpace)) {
+    // As take_run: the rest of the run within the block at once, counting
+    // its newlines.
+    const char* run = next_;
+    for (; run != end_ && in_class(static_cast<unsigned char>(*run), kSpace); ++run) {
+      if (*run == '\n') ++line_;
+    }
+    chars_read += run - next_;
+    next_ = run;
+    advance();
+  }
 }
 
 void QvLexer::take_run(unsigned classes) {
@@ -187,7 +208,7 @@ int QvLexer::word(TokenText* value) {
   const TokenText text = lexeme();
   if (may_be_keyword(text.view())) {
     for (const Keyword& k : kKeywords) {
-      if (text.view() == k.text) {
+      if (k.text[0] == text.text[0] && text.view() == k.text) {
         if (k.copies_text) *value = text;
         return k.token;
       }
@@ -224,7 +245,7 @@ int QvLexer::pair_or_comment(int first) {
 
 int QvLexer::next_token(TokenText* value) {
   for (;;) {
-    while (in_class(look_, kSpace)) advance();
+    skip_spaces();
     if (look_ == EOF) return -1;
     token_line_ = line_;
     lexeme_ = lexemes_[lexeme_ == lexemes_[0] ? 1 : 0];
@@ -232,11 +253,11 @@ int QvLexer::next_token(TokenText* value) {
     if (is_digit(look_)) return number(value);
     if (in_class(look_, kLower | kUpper | kUnderscore)) return word(value);
     int c = look_;
-    if (is_one_of(c, ".;):,/%+#")) {
+    if (in_class(c, kSingle)) {
       advance();
       return c;
     }
-    if (is_one_of(c, "=(-<>*")) {
+    if (in_class(c, kPairStart)) {
       advance();
       if (int token = pair_or_comment(c)) return token;
       continue;

@@ -49,6 +49,8 @@ class QvLexer {
   void take();
   /// Takes characters as long as they are of the classes (see lexer.cc).
   void take_run(unsigned classes);
+  /// Advances past white space.
+  void skip_spaces();
   /// The lexeme read, terminated, as the token's value.
   TokenText lexeme();
   int number(TokenText* value);

@@ -21,6 +21,16 @@ char* link_of(const char* block) {
 
 void set_link(char* block, char* link) { memcpy(block, &link, kLink); }
 
+// Names are a few characters long and their hashes already agree: a plain
+// loop beats a call to memcmp. The stored text ends with a NUL where an
+// equal text ends.
+bool same_text(const char* stored, std::string_view text) {
+  for (const char c : text) {
+    if (*stored++ != c) return false;
+  }
+  return *stored == '\0';
+}
+
 char* new_block(size_t size, char* link) {
   char* block = new char[size];
   set_link(block, link);
@@ -92,9 +102,7 @@ StringHash::Slot& StringHash::slot_of(std::string_view text, uint32_t hash) {
     Slot& slot = index_[at];
     if (slot.number == 0) return slot;
     if (slot.hash != hash) continue;
-    // The stored text ends with a NUL where an equal text ends.
-    const char* stored = this->text(static_cast<int>(slot.number));
-    if (memcmp(stored, text.data(), text.size()) == 0 && stored[text.size()] == '\0') return slot;
+    if (same_text(this->text(static_cast<int>(slot.number)), text)) return slot;
   }
 }
 
