@@ -9,11 +9,11 @@ struct Exp;
 
 /// An equation (or assertion) of the program and where it was read.
 struct EquationPlace {
-  /// The right-hand side, or the asserted expression.
-  Exp* expression;
   /// The defined variable (the first one of a tuple equation); 0 for an
   /// assertion.
   int name;
+  /// The right-hand side, or the asserted expression.
+  Exp* expression;
   int line;
 };
 

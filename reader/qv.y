@@ -313,16 +313,16 @@ equations
 equation
   : XAssert expr ';' {
       ctx.net->add_assert($2);
-      ctx.equations.push_back({$2, 0, ctx.lexer->token_line()});
+      ctx.equations.push_back({0, $2, ctx.lexer->token_line()});
     }
   | ident '=' expr ';' {
       ctx.defining($1);
       ctx.net->define($1, $3);
-      ctx.equations.push_back({$3, $1, ctx.lexer->token_line()});
+      ctx.equations.push_back({$1, $3, ctx.lexer->token_line()});
     }
   | '(' ident_list ')' '=' expr ';' {
       ctx.defining($2);
-      ctx.equations.push_back({$5, $2->value, ctx.lexer->token_line()});
+      ctx.equations.push_back({$2->value, $5, ctx.lexer->token_line()});
       ctx.net->define_tuple(ctx.pass($2), $5);
     }
   ;
