@@ -287,7 +287,7 @@ Exp* Net::new_leaf(OpKind op, int ident, QvType* type, int clock) {
   return leaves_.add(std::move(e));
 }
 
-Exp* Net::new_exp(OpKind op, std::vector<Exp*> operands, int param) {
+Exp* Net::new_exp(OpKind op, std::span<Exp* const> operands, int param) {
   int need = op_operand_count(op);
   if (need >= 0 && need != static_cast<int>(operands.size()))
     internal_error("file 'net':\nNet::new_exp : '%s' needs %d operands, not %d\n", op_name(op),
@@ -322,7 +322,7 @@ Exp* Net::new_icl(std::vector<Exp*> operands, std::vector<int> coefs, int consta
   LinearForm form;
   form.icoefs = std::move(coefs);
   form.iconst = constant;
-  return new_exp(ICL_n, std::move(operands), keep_linear_form(std::move(form)));
+  return new_exp(ICL_n, operands, keep_linear_form(std::move(form)));
 }
 
 Exp* Net::new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract constant) {
@@ -330,7 +330,7 @@ Exp* Net::new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract co
   LinearForm form;
   form.rcoefs = std::move(coefs);
   form.rconst = constant;
-  return new_exp(RCL_n, std::move(operands), keep_linear_form(std::move(form)));
+  return new_exp(RCL_n, operands, keep_linear_form(std::move(form)));
 }
 
 Exp* Net::new_blank() {

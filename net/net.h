@@ -5,6 +5,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -129,7 +130,10 @@ class Net {
 
   // Nodes, all owned by the net.
   Exp* new_leaf(OpKind op, int ident, QvType* type, int clock);
-  Exp* new_exp(OpKind op, std::vector<Exp*> operands, int param = 0);
+  Exp* new_exp(OpKind op, std::span<Exp* const> operands, int param = 0);
+  Exp* new_exp(OpKind op, std::initializer_list<Exp*> operands, int param = 0) {
+    return new_exp(op, std::span(operands.begin(), operands.size()), param);
+  }
   Exp* new_call(int function, Exp* argument);
   Exp* new_proj(Exp* tuple, int position);
   Exp* new_icl(std::vector<Exp*> operands, std::vector<int> coefs, int constant);
@@ -214,6 +218,9 @@ class Net {
   std::unordered_map<int, FuncInfo*> funcs_;
   std::unordered_map<int, const IndexList*> tuple_names_;
   size_t made_size_ = 0;
+  /// The stack of `type`, kept between calls: asked once per node, it
+  /// would otherwise be allocated as often.
+  std::vector<std::pair<Exp*, int>> type_walk_;
   NodeStore parsed_;
   NodeStore* operators_ = &parsed_;
   /// An input or a constant was given an equation.

@@ -21,8 +21,16 @@ Operands NodeStore::operands(Exp* const* from, size_t count) {
   return Operands(array, count);
 }
 
+void NodeStore::new_node_block() {
+  next_node_ = node_blocks_.emplace_back(new Exp[kNodeBlock]).get();
+  nodes_left_ = kNodeBlock;
+}
+
 void NodeStore::clear() {
-  std::deque<Exp>().swap(nodes_);
+  std::vector<std::unique_ptr<Exp[]>>().swap(node_blocks_);
+  next_node_ = nullptr;
+  nodes_left_ = 0;
+  size_ = 0;
   std::vector<std::unique_ptr<Exp*[]>>().swap(blocks_);
   cursor_ = nullptr;
   left_ = 0;

@@ -1,7 +1,7 @@
 #include "reader/lexer.h"
 
 #include <algorithm>
-#include <cctype>
+#include <array>
 #include <cstring>
 
 #include "reader/qv_parser.h"
@@ -11,7 +11,7 @@
 namespace {
 
 struct Keyword {
-  const char* text;
+  std::string_view text;
   int token;
   /// The parser needs the text of type names and Boolean constants.
   bool copies_text;
@@ -35,18 +35,55 @@ constexpr Keyword kKeywords[] = {
     {"xor", XXor, false},
 };
 
-constexpr size_t longest_keyword() {
+constexpr size_t kLongestKeyword = [] {
   size_t longest = 0;
-  for (const Keyword& k : kKeywords) longest = std::max(longest, std::string_view(k.text).size());
+  for (const Keyword& k : kKeywords) longest = std::max(longest, k.text.size());
   return longest;
+}();
+
+// Character classes as the C locale has them, which is the only one the
+// programs run in; a table spares a library call per character.
+enum CharClass : unsigned char {
+  kSpace = 1,
+  kDigit = 2,
+  kLower = 4,
+  kUpper = 8,
+  kUnderscore = 16,
+  /// A token of its own.
+  kSingle = 32,
+  /// A token alone, the first of a pair or the start of a comment.
+  kPairStart = 64,
+};
+
+constexpr std::array<unsigned char, 256> make_classes() {
+  std::array<unsigned char, 256> classes{};
+  for (unsigned char c : {' ', '\t', '\n', '\v', '\f', '\r'}) classes[c] = kSpace;
+  for (int c = '0'; c <= '9'; ++c) classes[c] = kDigit;
+  for (int c = 'a'; c <= 'z'; ++c) classes[c] = kLower;
+  for (int c = 'A'; c <= 'Z'; ++c) classes[c] = kUpper;
+  classes['_'] = kUnderscore;
+  for (unsigned char c : std::string_view(".;):,/%+#")) classes[c] = kSingle;
+  for (unsigned char c : std::string_view("=(-<>*")) classes[c] = kPairStart;
+  return classes;
 }
+
+constexpr std::array<unsigned char, 256> kClasses = make_classes();
+
+// EOF is in no class.
+bool in_class(int c, unsigned classes) {
+  return c >= 0 && (kClasses[static_cast<unsigned char>(c)] & classes) != 0;
+}
+
+bool is_digit(int c) { return in_class(c, kDigit); }
+
+constexpr unsigned kWord = kDigit | kLower | kUpper | kUnderscore;
 
 // Keywords are short and all in small letters; the names of a generated
 // program mostly have digits, and skip the search.
-bool may_be_keyword(const char* word, size_t length) {
-  if (length > longest_keyword()) return false;
-  for (size_t i = 0; i < length; ++i) {
-    if (!std::islower(static_cast<unsigned char>(word[i]))) return false;
+bool may_be_keyword(std::string_view word) {
+  if (word.size() > kLongestKeyword) return false;
+  for (char c : word) {
+    if (!in_class(static_cast<unsigned char>(c), kLower)) return false;
   }
   return true;
 }
@@ -63,34 +100,30 @@ const Pair kPairs[] = {
 // Counted over every file the process reads, for the NUL report.
 long chars_read = 0;
 
-bool is_word_char(int c) {
-  return std::isalnum(c) || c == '_';
-}
-
-// strchr alone would also find the terminating NUL of the set.
-bool is_one_of(int c, const char* set) {
-  return c != '\0' && std::strchr(set, c);
-}
-
 }  // namespace
 
-QvLexer::QvLexer(FILE* in) : in_(in) {
+QvLexer::QvLexer(FILE* in) : in_(in), block_(new char[kBlockSize]) {
   advance();
 }
 
-QvLexer::QvLexer(std::string_view text) : text_(text) {
+QvLexer::QvLexer(std::string_view text) : next_(text.data()), end_(text.data() + text.size()) {
   advance();
+}
+
+bool QvLexer::refill() {
+  if (!in_) return false;
+  // One thread reads the file, in blocks: a call per byte, even unlocked,
+  // is a good part of the reading of a large program.
+  const size_t got = std::fread(block_.get(), 1, kBlockSize, in_);
+  next_ = block_.get();
+  end_ = next_ + got;
+  return got > 0;
 }
 
 int QvLexer::read() {
-  // One thread reads the file: the lock fgetc takes per byte is a third
-  // of the reading of a large program.
-  if (in_) return getc_unlocked(in_);
-  if (text_.empty()) return EOF;
+  if (next_ == end_ && !refill()) return EOF;
   // As fgetc gives it: a byte above 127 is no negative char, nor EOF.
-  const unsigned char c = text_.front();
-  text_.remove_prefix(1);
-  return c;
+  return static_cast<unsigned char>(*next_++);
 }
 
 void QvLexer::advance() {
@@ -103,8 +136,47 @@ void QvLexer::advance() {
 void QvLexer::take() {
   if (length_ == kTokenValueSize - 1) fail("lexeme longer than 255 characters");
   lexeme_[length_++] = static_cast<char>(look_);
-  lexeme_[length_] = '\0';
   advance();
+}
+
+void QvLexer::skip_spaces() {
+  while (in_class(look_, kSpace)) {
+    // As take_run: the rest of the run within the block at once, counting
+    // its newlines.
+    const char* run = next_;
+    for (; run != end_ && in_class(static_cast<unsigned char>(*run), kSpace); ++run) {
+      if (*run == '\n') ++line_;
+    }
+    chars_read += run - next_;
+    next_ = run;
+    advance();
+  }
+}
+
+void QvLexer::take_run(unsigned classes) {
+  while (in_class(look_, classes)) {
+    // The rest of the run as far as the block goes, copied at once; its
+    // characters are neither NUL nor newline, so reading them one by one
+    // would only have counted them.
+    const char* run = next_;
+    while (run != end_ && in_class(static_cast<unsigned char>(*run), classes)) ++run;
+    const int more = static_cast<int>(run - next_);
+    if (length_ + 1 + more > kTokenValueSize - 1) {
+      take();  // fails where the lexeme grows too long
+      continue;
+    }
+    lexeme_[length_++] = static_cast<char>(look_);
+    std::memcpy(lexeme_ + length_, next_, more);
+    length_ += more;
+    chars_read += more;
+    next_ = run;
+    advance();
+  }
+}
+
+TokenText QvLexer::lexeme() {
+  lexeme_[length_] = '\0';
+  return {lexeme_, length_};
 }
 
 void QvLexer::fail(const char* what) {
@@ -112,38 +184,37 @@ void QvLexer::fail(const char* what) {
   end_process(1);
 }
 
-int QvLexer::number(char* value) {
+int QvLexer::number(TokenText* value) {
   bool real = false;
-  while (std::isdigit(look_)) take();
+  take_run(kDigit);
   if (look_ == '.') {
     real = true;
     take();
-    while (std::isdigit(look_)) take();
+    take_run(kDigit);
   }
   if (look_ == 'e' || look_ == 'E') {
     real = true;
     take();
     if (look_ == '+' || look_ == '-') take();
-    if (!std::isdigit(look_)) fail("bad real syntax");
-    while (std::isdigit(look_)) take();
+    if (!is_digit(look_)) fail("bad real syntax");
+    take_run(kDigit);
   }
-  std::strcpy(value, lexeme_);
+  *value = lexeme();
   return real ? XRConst : XIConst;
 }
 
-int QvLexer::word(char* value) {
-  while (is_word_char(look_)) take();
-  if (!may_be_keyword(lexeme_, length_)) {
-    std::strcpy(value, lexeme_);
-    return XIdf;
-  }
-  for (const Keyword& k : kKeywords) {
-    if (std::strcmp(k.text, lexeme_) == 0) {
-      if (k.copies_text) std::strcpy(value, lexeme_);
-      return k.token;
+int QvLexer::word(TokenText* value) {
+  take_run(kWord);
+  const TokenText text = lexeme();
+  if (may_be_keyword(text.view())) {
+    for (const Keyword& k : kKeywords) {
+      if (k.text[0] == text.text[0] && text.view() == k.text) {
+        if (k.copies_text) *value = text;
+        return k.token;
+      }
     }
   }
-  std::strcpy(value, lexeme_);
+  *value = text;
   return XIdf;
 }
 
@@ -172,21 +243,21 @@ int QvLexer::pair_or_comment(int first) {
   return first;
 }
 
-int QvLexer::next_token(char* value) {
+int QvLexer::next_token(TokenText* value) {
   for (;;) {
-    while (look_ != EOF && std::isspace(look_)) advance();
+    skip_spaces();
     if (look_ == EOF) return -1;
     token_line_ = line_;
+    lexeme_ = lexemes_[lexeme_ == lexemes_[0] ? 1 : 0];
     length_ = 0;
-    lexeme_[0] = '\0';
-    if (std::isdigit(look_)) return number(value);
-    if (std::isalpha(look_) || look_ == '_') return word(value);
+    if (is_digit(look_)) return number(value);
+    if (in_class(look_, kLower | kUpper | kUnderscore)) return word(value);
     int c = look_;
-    if (is_one_of(c, ".;):,/%+#")) {
+    if (in_class(c, kSingle)) {
       advance();
       return c;
     }
-    if (is_one_of(c, "=(-<>*")) {
+    if (in_class(c, kPairStart)) {
       advance();
       if (int token = pair_or_comment(c)) return token;
       continue;
@@ -202,7 +273,7 @@ void reset_characters_read() {
 
 const char* token_text(int token) {
   for (const Keyword& k : kKeywords)
-    if (k.token == token) return k.text;
+    if (k.token == token) return k.text.data();
   for (const Pair& p : kPairs)
     if (p.token == token) return p.text;
   return nullptr;
@@ -215,16 +286,16 @@ int QvLexTest(const char* path) {
     return 1;
   }
   QvLexer lexer(in.get());
-  char value[kTokenValueSize];
-  for (int token; (token = lexer.next_token(value)) >= 0;) {
+  TokenText value{};
+  for (int token; (token = lexer.next_token(&value)) >= 0;) {
     if (token < 256) {
       std::printf("%c\n", token);
     } else if (token == XRConst) {
-      std::printf("%s (*XRConst*)\n", value);
+      std::printf("%s (*XRConst*)\n", value.text);
     } else if (token == XIConst) {
-      std::printf("%s (*XIConst*)\n", value);
+      std::printf("%s (*XIConst*)\n", value.text);
     } else if (token == XIdf) {
-      std::printf("%s (*XIdf*)\n", value);
+      std::printf("%s (*XIdf*)\n", value.text);
     } else if (const char* text = token_text(token)) {
       std::printf("%s\n", text);
     } else {

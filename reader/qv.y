@@ -4,6 +4,7 @@
 
 %code requires {
 #include "reader/exp_list.h"
+#include "reader/lexer.h"
 
 class IndexList;
 struct Exp;
@@ -50,7 +51,8 @@ struct QvParseContext {
     return held.pass(list);
   }
 
-  int intern(const char* text) { return table->intern("%s", text); }
+  int intern(std::string_view text) { return table->intern_text(text); }
+  int intern(TokenText text) { return intern(text.view()); }
 
   void warn(const char* fmt, const char* name) { source_warning(file, lexer->token_line(), fmt, name); }
 
@@ -75,15 +77,19 @@ struct QvParseContext {
 
   /// Literals are read as "%d" reads them. 2147483648 alone is left
   /// unwarned: it is how the smallest int is written, negated.
-  Exp* int_literal(const char* text) {
-    if (std::strtoll(text, nullptr, 10) > 2147483648LL) {
-      warn("integer literal '%s' does not fit in 32 bits; its low 32 bits are used", text);
+  Exp* int_literal(TokenText text) {
+    // Nine digits are always below the bound.
+    if (text.length > 9 && std::strtoll(text.text, nullptr, 10) > 2147483648LL) {
+      warn("integer literal '%s' does not fit in 32 bits; its low 32 bits are used", text.text);
     }
     return net->int_literal(intern(text));
   }
 
-  Exp* make_exp(OpKind kind, std::vector<Exp*> operands) {
-    return net->new_exp(kind, std::move(operands));
+  Exp* make_exp(OpKind kind, std::initializer_list<Exp*> operands) {
+    return net->new_exp(kind, operands);
+  }
+  Exp* make_exp(OpKind kind, const std::vector<Exp*>& operands) {
+    return net->new_exp(kind, operands);
   }
 
   Exp* make_tuple(ExpList* list) { return make_exp(TUPLE_n, exp_list_take(pass(list))); }
@@ -91,7 +97,7 @@ struct QvParseContext {
 
 namespace {
 
-int yylex(YYSTYPE* value, QvParseContext& ctx) { return ctx.lexer->next_token(value->text); }
+int yylex(YYSTYPE* value, QvParseContext& ctx) { return ctx.lexer->next_token(&value->text); }
 
 void yyerror(QvParseContext& ctx, const char* message) {
   if (std::strcmp(message, "memory exhausted") == 0) message = "yacc stack overflow";
@@ -113,7 +119,7 @@ int parse(Net* net, SymbolTable* table, QvLexer& lexer, const char* file,
 %param {QvParseContext& ctx}
 
 %union {
-  char text[256];
+  TokenText text;
   int name;
   Exp* exp;
   IndexList* names;
@@ -186,9 +192,9 @@ type
   ;
 
 predefined_type
-  : XBool { $$ = ctx.intern($1); }
-  | XInt { $$ = ctx.intern($1); }
-  | XReal { $$ = ctx.intern($1); }
+  : XBool { $$ = ctx.intern($1.view()); }
+  | XInt { $$ = ctx.intern($1.view()); }
+  | XReal { $$ = ctx.intern($1.view()); }
   ;
 
 named_type

@@ -3,7 +3,6 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstring>
-#include <functional>
 #include <string>
 
 #include "support/vformat.h"
@@ -22,6 +21,16 @@ char* link_of(const char* block) {
 
 void set_link(char* block, char* link) { memcpy(block, &link, kLink); }
 
+// Names are a few characters long and their hashes already agree: a plain
+// loop beats a call to memcmp. The stored text ends with a NUL where an
+// equal text ends.
+bool same_text(const char* stored, std::string_view text) {
+  for (const char c : text) {
+    if (*stored++ != c) return false;
+  }
+  return *stored == '\0';
+}
+
 char* new_block(size_t size, char* link) {
   char* block = new char[size];
   set_link(block, link);
@@ -32,7 +41,7 @@ char* new_block(size_t size, char* link) {
 
 StringHash::StringHash(int size)
     : chain_lengths_(size, 0),
-      index_(64, 0),
+      index_(64, Slot{0, 0}),
       texts_(kChunkSize, false),
       blocks_(new_block(kBlockSize, nullptr)) {
   cursor_ = blocks_ + kLink;
@@ -49,11 +58,11 @@ StringHash::~StringHash() {
 
 // The low nibbles of the characters are packed as hex digits into words
 // (seven in the first word, eight in each later one) and the words summed.
-unsigned StringHash::bucket(const char* text) const {
+unsigned StringHash::bucket(std::string_view text) const {
   uint32_t word = 0, sum = 0;
   int k = 8;
-  for (const unsigned char* c = reinterpret_cast<const unsigned char*>(text); *c; ++c) {
-    uint32_t nibble = *c & 15u;
+  for (const char c : text) {
+    uint32_t nibble = static_cast<unsigned char>(c) & 15u;
     if (--k == 0) {
       k = 8;
       sum += word;
@@ -65,14 +74,35 @@ unsigned StringHash::bucket(const char* text) const {
   return (word + sum) % static_cast<uint32_t>(size());
 }
 
-uint32_t& StringHash::slot_of(std::string_view text, size_t hash) {
+// Eight bytes at a time, each mixed in by a multiply: names are short,
+// and a general-purpose hash spends more on its set-up than on them.
+uint32_t StringHash::hash_of(std::string_view text) {
+  constexpr uint64_t kMix = 0xBF58476D1CE4E5B9ull;
+  uint64_t h = 0x9E3779B97F4A7C15ull ^ text.size();
+  const char* p = text.data();
+  size_t left = text.size();
+  for (; left >= 8; p += 8, left -= 8) {
+    uint64_t word;
+    memcpy(&word, p, 8);
+    h = (h ^ word) * kMix;
+    h ^= h >> 29;
+  }
+  uint64_t tail = 0;
+  for (size_t i = 0; i < left; ++i) tail |= uint64_t{static_cast<unsigned char>(p[i])} << (8 * i);
+  h = (h ^ tail) * kMix;
+  h ^= h >> 32;
+  h *= 0x94D049BB133111EBull;
+  h ^= h >> 29;
+  return static_cast<uint32_t>(h);
+}
+
+StringHash::Slot& StringHash::slot_of(std::string_view text, uint32_t hash) {
   const size_t mask = index_.size() - 1;
   for (size_t at = hash & mask;; at = (at + 1) & mask) {
-    uint32_t& slot = index_[at];
-    if (slot == 0) return slot;
-    // Compared without measuring the stored text first.
-    const char* stored = this->text(static_cast<int>(slot));
-    if (strncmp(stored, text.data(), text.size()) == 0 && stored[text.size()] == '\0') return slot;
+    Slot& slot = index_[at];
+    if (slot.number == 0) return slot;
+    if (slot.hash != hash) continue;
+    if (same_text(this->text(static_cast<int>(slot.number)), text)) return slot;
   }
 }
 
@@ -82,8 +112,8 @@ void StringHash::count_miss(unsigned bucket) {
   if (walked > coll_max_) coll_max_ = walked + 1;
 }
 
-char* StringHash::store(const char* text) {
-  size_t need = strlen(text) + 1;
+char* StringHash::store(std::string_view text) {
+  const size_t need = text.size() + 1;
   char* copy;
   if (need > kBlockRoom) {
     // A text that no block could hold gets a block of its own, linked behind
@@ -101,37 +131,39 @@ char* StringHash::store(const char* text) {
     cursor_ += need;
     left_ -= need;
   }
-  memcpy(copy, text, need);
+  memcpy(copy, text.data(), text.size());
+  copy[text.size()] = '\0';
   return copy;
 }
 
 void StringHash::grow_index() {
-  std::vector<uint32_t> old(index_.size() * 2, 0);
+  std::vector<Slot> old(index_.size() * 2, Slot{0, 0});
   old.swap(index_);
-  for (uint32_t number : old) {
-    if (number == 0) continue;
-    std::string_view text = this->text(static_cast<int>(number));
-    slot_of(text, std::hash<std::string_view>{}(text)) = number;
+  const size_t mask = index_.size() - 1;
+  for (const Slot& slot : old) {
+    if (slot.number == 0) continue;
+    size_t at = slot.hash & mask;
+    while (index_[at].number != 0) at = (at + 1) & mask;
+    index_[at] = slot;
   }
 }
 
-int StringHash::insert(const char* text) {
-  const std::string_view key(text);
-  uint32_t* slot = &slot_of(key, std::hash<std::string_view>{}(key));
-  if (*slot != 0) return static_cast<int>(*slot);
+int StringHash::insert(std::string_view text) {
+  const uint32_t hash = hash_of(text);
+  Slot* slot = &slot_of(text, hash);
+  if (slot->number != 0) return static_cast<int>(slot->number);
   const unsigned b = bucket(text);
   if (chain_lengths_[b] == 0) ++occupied_;
   count_miss(b);
   ++chain_lengths_[b];
   *texts_.chunk_at(count_) = store(text);
-  *slot = static_cast<uint32_t>(++count_);
+  *slot = Slot{static_cast<uint32_t>(++count_), hash};
   if (2 * static_cast<size_t>(count_) > index_.size()) grow_index();
   return count_;
 }
 
-int StringHash::find(const char* text) {
-  const std::string_view key(text);
-  const uint32_t number = slot_of(key, std::hash<std::string_view>{}(key));
+int StringHash::find(std::string_view text) {
+  const uint32_t number = slot_of(text, hash_of(text)).number;
   if (number == 0) count_miss(bucket(text));
   return static_cast<int>(number);
 }
@@ -143,7 +175,7 @@ int SymbolTable::intern(const char* fmt, ...) {
   va_start(args, fmt);
   std::string text = vformat(fmt, args);
   va_end(args);
-  return hash_.insert(text.c_str());
+  return hash_.insert(text);
 }
 
 int SymbolTable::intern_new(int* number, const char* fmt, ...) {
@@ -152,7 +184,7 @@ int SymbolTable::intern_new(int* number, const char* fmt, ...) {
   std::string text = vformat(fmt, args);
   va_end(args);
   const int before = hash_.count();
-  *number = hash_.insert(text.c_str());
+  *number = hash_.insert(text);
   return *number > before ? 0 : 1;
 }
 
@@ -161,7 +193,7 @@ int SymbolTable::find(const char* fmt, ...) {
   va_start(args, fmt);
   std::string text = vformat(fmt, args);
   va_end(args);
-  return hash_.find(text.c_str());
+  return hash_.find(text);
 }
 
 int SymbolTable::find_check(int* number, const char* fmt, ...) {
@@ -169,7 +201,7 @@ int SymbolTable::find_check(int* number, const char* fmt, ...) {
   va_start(args, fmt);
   std::string text = vformat(fmt, args);
   va_end(args);
-  const int found = hash_.find(text.c_str());
+  const int found = hash_.find(text);
   if (found == 0) return 0;
   *number = found;
   return 1;

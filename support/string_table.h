@@ -26,9 +26,9 @@ class StringHash {
   ~StringHash();
 
   /// The number of `text`, given the next number when absent.
-  int insert(const char* text);
+  int insert(std::string_view text);
   /// The number of `text`, or 0; never inserts.
-  int find(const char* text);
+  int find(std::string_view text);
   /// The text of a number from 1 to count().
   const char* text(int number) const { return *texts_.chunk_at(number - 1); }
 
@@ -41,22 +41,30 @@ class StringHash {
   static constexpr int kChunkSize = 1000;
 
  private:
+  /// A number and the hash of its text: a probe compares texts only
+  /// when the hashes agree, and growing the index reads no text.
+  struct Slot {
+    uint32_t number;
+    uint32_t hash;
+  };
+
+  static uint32_t hash_of(std::string_view text);
   /// The bucket of the chained table the statistics describe.
-  unsigned bucket(const char* text) const;
+  unsigned bucket(std::string_view text) const;
   /// The slot of the index holding `text`'s number, or the empty slot
   /// where it would go.
-  uint32_t& slot_of(std::string_view text, size_t hash);
+  Slot& slot_of(std::string_view text, uint32_t hash);
   /// Records a miss in `text`'s bucket, as walking its chain would.
   void count_miss(unsigned bucket);
-  char* store(const char* text);
+  char* store(std::string_view text);
   void grow_index();
 
   std::vector<int> chain_lengths_;
   int count_ = 0;
   int occupied_ = 0;
   int coll_max_ = 0;
-  /// Numbers, 0 for an empty slot; a power of two, at most half full.
-  std::vector<uint32_t> index_;
+  /// Number 0 for an empty slot; a power of two, at most half full.
+  std::vector<Slot> index_;
   /// Slot n-1 holds the text of number n. Growing it on a read changes no
   /// text, so reads stay const.
   mutable ChunkArray<const char*> texts_;
@@ -74,6 +82,9 @@ class SymbolTable {
 
   /// Formats printf-style and returns the text's string number.
   int intern(const char* fmt, ...) KORVEL_PRINTF(2, 3);
+  /// The string number of `text` as it is, with nothing to format: what
+  /// the reader calls for every name it reads.
+  int intern_text(std::string_view text) { return hash_.insert(text); }
   /// As `intern`, storing the number; returns 0 when new, 1 when present.
   int intern_new(int* number, const char* fmt, ...) KORVEL_PRINTF(3, 4);
   /// The string number of the formatted text, or 0; never inserts.

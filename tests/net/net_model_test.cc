@@ -131,3 +131,28 @@ TEST_F(NetModel, DefinitionsTakeTheDeclaredTypeAndClock) {
 }
 
 }  // namespace
+
+// Nodes come from blocks: many blocks' worth keep their addresses and
+// fields as more are made, and a cleared store makes nodes again.
+TEST(NodeStoreTest, NodesStayWhereTheyWereMade) {
+  NodeStore store;
+  std::vector<Exp*> made;
+  for (int i = 0; i < 5000; ++i) {
+    Exp e;
+    e.ident = i + 1;
+    e.operands = store.operands(made.empty() ? nullptr : &made.back(), made.empty() ? 0 : 1);
+    made.push_back(store.add(std::move(e)));
+  }
+  EXPECT_EQ(store.size(), 5000u);
+  for (int i = 0; i < 5000; ++i) {
+    ASSERT_EQ(made[i]->ident, i + 1);
+    ASSERT_EQ(made[i]->arity(), i == 0 ? 0 : 1);
+    if (i > 0) {
+      ASSERT_EQ(made[i]->operand(0), made[i - 1]);
+    }
+  }
+  store.clear();
+  EXPECT_EQ(store.size(), 0u);
+  EXPECT_EQ(store.add(Exp{})->op, ERROR_n);
+  EXPECT_EQ(store.size(), 1u);
+}

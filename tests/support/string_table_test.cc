@@ -151,3 +151,30 @@ TEST(SymbolTableTest, PrintFormats) {
             "coll max   :     0\n"
             "nb strings :     2\n");
 }
+
+// The index compares texts only where their hashes agree: among 200,000
+// names a few pairs are expected to share all 32 bits of it, and every
+// name must still find its own number, prefixes of one another included.
+TEST(StringHashTest, NamesSharingAHashKeepTheirOwnNumbers) {
+  StringHash h(SymbolTable::kBuckets);
+  const int n = 200000;
+  for (int i = 0; i < n; ++i) ASSERT_EQ(h.insert("w" + std::to_string(i)), i + 1);
+  EXPECT_EQ(h.insert(std::string_view("w12345678", 3)), 13);  // "w12"
+  for (int i = 0; i < n; ++i) {
+    const std::string name = "w" + std::to_string(i);
+    ASSERT_EQ(h.find(name), i + 1);
+    ASSERT_EQ(h.find(name + "x"), 0);
+  }
+  EXPECT_EQ(h.find("w"), 0);
+  EXPECT_EQ(h.count(), n);
+}
+
+// The reader interns what it reads as it is, unformatted: a '%' is text.
+TEST(SymbolTableTest, InternTextTakesTheTextAsItIs) {
+  SymbolTable t;
+  EXPECT_EQ(t.intern_text("100%d"), 1);
+  EXPECT_EQ(t.intern_text(std::string_view("abc", 2)), 2);
+  EXPECT_STREQ(t.text(2), "ab");
+  EXPECT_EQ(t.intern("%s", "100%d"), 1);
+  EXPECT_EQ(t.find("ab"), 2);
+}
