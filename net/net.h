@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "net/exp.h"
@@ -214,6 +215,9 @@ class Net {
   std::unordered_map<int, FuncInfo*> funcs_;
   std::unordered_map<int, const IndexList*> tuple_names_;
   size_t made_size_ = 0;
+  /// The walk of `type`: each frame a node in progress and the next of its
+  /// sources to visit. Kept, since a load types millions of nodes one by one.
+  std::vector<std::pair<Exp*, int>> type_walk_;
   NodeStore parsed_;
   NodeStore* operators_ = &parsed_;
   /// An input or a constant was given an equation.

@@ -82,8 +82,8 @@ QvType* Net::type_from_sources(Exp* e) {
 QvType* Net::type(Exp* root) {
   if (root->type == &type_in_progress) internal_error("Net::type : infinite loop");
   if (root->type) return root->type;
-  // Each frame is a node in progress and the next of its sources to visit.
-  std::vector<std::pair<Exp*, int>> pending{{root, type_sources(root).first}};
+  std::vector<std::pair<Exp*, int>>& pending = type_walk_;
+  pending.assign(1, {root, type_sources(root).first});
   root->type = &type_in_progress;
   while (!pending.empty()) {
     auto& [e, next] = pending.back();
