@@ -38,13 +38,12 @@ void ClassRefinement::start_by_kind() {
     Exp* e = cells_[i].node;
     const int param = op_arity(e->op) == AR_PARAM ? e->param : 0;
     members_.push_back(Member{-1, -1, -1, -1, -1, -1, 0, 0, param,
-                              static_cast<uint8_t>(net_.through_ref(e)->op)});
+                              static_cast<uint8_t>(net_.through_ref(e)->op), false});
     // Until relink, a node's number is its position + 1, to find operands by.
     e->class_no = i + 1;
   }
-  members_.push_back(Member{-1, -1, -1, -1, -1, -1, 0, 0, 0, 0});
+  members_.push_back(Member{-1, -1, -1, -1, -1, -1, 0, 0, 0, 0, false});
   net_.n_classes = 0;
-  if (n > 0) net_.class_lists.assign(n, nullptr);
   std::array<int, N_OPKINDS> block_of_kind;
   block_of_kind.fill(-1);
   for (int i = n - 1; i >= 0; --i) {
@@ -346,18 +345,29 @@ void ClassRefinement::split(int k) {
   regroup_parents(moved);
 }
 
-// A parent leaves its group when first met, which also marks it met.
+// A parent alone in its group keeps it: a signature that differed before
+// the move still differs after it, so no other parent can join it. The
+// others leave their groups and are grouped again among themselves.
 void ClassRefinement::regroup_parents(const std::vector<int>& moved) {
   std::vector<int>& parents = parents_moved_;
   parents.clear();
   for (int i : moved) {
     for (uint32_t at = members_[i].parents; at < members_[i + 1].parents; ++at) {
-      const int p = parents_[at];
-      if (members_[p].group == -1) continue;
-      leave_group(p);
-      parents.push_back(p);
+      Member& p = members_[parents_[at]];
+      if (p.met) continue;
+      p.met = true;
+      parents.push_back(parents_[at]);
     }
   }
+  // Sizes are read before anyone leaves, so a group left by all but one
+  // does not pass for a group of one.
+  size_t kept = 0;
+  for (int p : parents) {
+    members_[p].met = false;
+    if (groups_[members_[p].group].size > 1) parents[kept++] = p;
+  }
+  parents.resize(kept);
+  for (int p : parents) leave_group(p);
   form_groups(parents);
 }
 
@@ -375,6 +385,7 @@ OperandCodes ClassRefinement::relink() {
     class_of[i] = blocks_[members_[i].block].number;
     cells_[i].node->class_no = class_of[i];
   }
+  net_.class_lists.assign(net_.n_classes, nullptr);
   size_t total = 0;
   for (int c = 1; c <= net_.n_classes; ++c) {
     const Block& b = blocks_[block_of_class_[c - 1]];

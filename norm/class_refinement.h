@@ -56,6 +56,8 @@ class ClassRefinement {
     /// Where the kind compares it; 0 otherwise.
     int param;
     uint8_t kind;
+    /// Met among the parents being regrouped.
+    bool met;
   };
   struct Group {
     int block;
