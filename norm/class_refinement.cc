@@ -33,28 +33,30 @@ ClassRefinement::ClassRefinement(NormNet& net)
 void ClassRefinement::start_by_kind() {
   static_assert(N_OPKINDS <= 256, "a kind is kept in a byte");
   const int n = static_cast<int>(cells_.size());
-  members_.reserve(n + 1);
+  members_.reserve(n);
+  shapes_.reserve(n + 1);
   for (int i = 0; i < n; ++i) {
     Exp* e = cells_[i].node;
     const int param = op_arity(e->op) == AR_PARAM ? e->param : 0;
-    members_.push_back(Member{-1, -1, -1, -1, -1, -1, 0, 0, param,
-                              static_cast<uint8_t>(net_.through_ref(e)->op), false});
+    members_.push_back(Member{-1, -1, -1, -1, -1, -1});
+    shapes_.push_back(
+        Shape{0, 0, param, static_cast<uint8_t>(net_.through_ref(e)->op), false});
     // Until relink, a node's number is its position + 1, to find operands by.
     e->class_no = i + 1;
   }
-  members_.push_back(Member{-1, -1, -1, -1, -1, -1, 0, 0, 0, 0, false});
+  shapes_.push_back(Shape{0, 0, 0, 0, false});
   net_.n_classes = 0;
   std::array<int, N_OPKINDS> block_of_kind;
   block_of_kind.fill(-1);
   for (int i = n - 1; i >= 0; --i) {
-    int& block = block_of_kind[members_[i].kind];
+    int& block = block_of_kind[shapes_[i].kind];
     if (block != -1) continue;
     block = new_block();
     blocks_[block].number = ++net_.n_classes;
     block_of_class_.push_back(block);
   }
   for (int i = 0; i < n; ++i) {
-    const int block = block_of_kind[members_[i].kind];
+    const int block = block_of_kind[shapes_[i].kind];
     Block& b = blocks_[block];
     members_[i].block = block;
     members_[i].list_prev = b.tail;
@@ -68,9 +70,7 @@ void ClassRefinement::start_by_kind() {
   }
 }
 
-// Oldest first, so a node's operands were mostly just visited. Until the
-// first grouping, group_prev marks the last parent counted of a member and
-// group_next is where its next parent goes.
+// Oldest first, so a node's operands were mostly just visited.
 void ClassRefinement::read_operands() {
   const int n = static_cast<int>(cells_.size());
   size_t total = 0;
@@ -79,42 +79,41 @@ void ClassRefinement::read_operands() {
     internal_error("file 'class_refinement':\nClassRefinement : too many operands\n");
   }
   codes_.reserve(total);
+  std::vector<int> n_parents(n, 0);
+  std::vector<int> last_parent(n, -1);
   for (int i = 0; i < n; ++i) {
-    members_[i].operands = static_cast<uint32_t>(codes_.size());
+    shapes_[i].operands = static_cast<uint32_t>(codes_.size());
     for (Exp* o : cells_[i].node->operands) {
       const int code = by_class_.code(net_, o);
       if (code > n) {
         internal_error("file 'class_refinement':\nClassRefinement : operand outside the net\n");
       }
       codes_.push_back(code);
-      if (code > 0 && members_[code - 1].group_prev != i) {
-        members_[code - 1].group_prev = i;
-        ++members_[code - 1].parents;
+      if (code > 0 && last_parent[code - 1] != i) {
+        last_parent[code - 1] = i;
+        ++n_parents[code - 1];
       }
     }
   }
   by_class_.finish();
-  members_[n].operands = static_cast<uint32_t>(codes_.size());
+  shapes_[n].operands = static_cast<uint32_t>(codes_.size());
   uint32_t start = 0;
-  for (int i = 0; i <= n; ++i) {
-    const uint32_t count = members_[i].parents;
-    members_[i].parents = start;
-    members_[i].group_prev = -1;
-    members_[i].group_next = static_cast<int>(start);
-    start += count;
+  for (int i = 0; i < n; ++i) {
+    shapes_[i].parents = start;
+    start += static_cast<uint32_t>(n_parents[i]);
   }
+  shapes_[n].parents = start;
   parents_.resize(start);
+  std::fill(last_parent.begin(), last_parent.end(), -1);
   for (int i = 0; i < n; ++i) {
     const int* codes = operands(i);
     for (size_t j = 0, count = arity(i); j < count; ++j) {
-      if (codes[j] <= 0) continue;
-      Member& operand = members_[codes[j] - 1];
-      if (operand.group_prev == i) continue;
-      operand.group_prev = i;
-      parents_[operand.group_next++] = i;
+      const int at = codes[j] - 1;
+      if (at < 0 || last_parent[at] == i) continue;
+      last_parent[at] = i;
+      parents_[shapes_[at + 1].parents - n_parents[at]--] = i;
     }
   }
-  for (Member& m : members_) m.group_prev = m.group_next = -1;
 }
 
 // Block by block, so that the table is sized for the largest kind rather
@@ -145,11 +144,12 @@ std::pair<int, int> ClassRefinement::sorted_pair(const int* codes) const {
 }
 
 uint64_t ClassRefinement::signature_hash(int i) const {
-  const Member& m = members_[i];
+  const Shape& m = shapes_[i];
   const OpKind kind = static_cast<OpKind>(m.kind);
   const int* codes = operands(i);
   const size_t n = arity(i);
-  uint64_t h = mix(mix(static_cast<uint64_t>(m.block), kind), static_cast<uint32_t>(m.param));
+  uint64_t h = mix(mix(static_cast<uint64_t>(members_[i].block), kind),
+                   static_cast<uint32_t>(m.param));
   h = mix(h, static_cast<uint64_t>(n));
   if (op_commutes(kind)) {
     const std::pair<int, int> pair = sorted_pair(codes);
@@ -160,10 +160,13 @@ uint64_t ClassRefinement::signature_hash(int i) const {
 }
 
 bool ClassRefinement::same_signature(int x, int y) const {
-  const Member& a = members_[x];
-  const Member& b = members_[y];
+  const Shape& a = shapes_[x];
+  const Shape& b = shapes_[y];
   const size_t n = arity(x);
-  if (a.block != b.block || a.kind != b.kind || a.param != b.param || n != arity(y)) return false;
+  if (members_[x].block != members_[y].block || a.kind != b.kind || a.param != b.param ||
+      n != arity(y)) {
+    return false;
+  }
   const int* xs = operands(x);
   const int* ys = operands(y);
   if (op_commutes(static_cast<OpKind>(a.kind))) return sorted_pair(xs) == sorted_pair(ys);
@@ -352,8 +355,8 @@ void ClassRefinement::regroup_parents(const std::vector<int>& moved) {
   std::vector<int>& parents = parents_moved_;
   parents.clear();
   for (int i : moved) {
-    for (uint32_t at = members_[i].parents; at < members_[i + 1].parents; ++at) {
-      Member& p = members_[parents_[at]];
+    for (uint32_t at = shapes_[i].parents; at < shapes_[i + 1].parents; ++at) {
+      Shape& p = shapes_[parents_[at]];
       if (p.met) continue;
       p.met = true;
       parents.push_back(parents_[at]);
@@ -363,7 +366,7 @@ void ClassRefinement::regroup_parents(const std::vector<int>& moved) {
   // does not pass for a group of one.
   size_t kept = 0;
   for (int p : parents) {
-    members_[p].met = false;
+    shapes_[p].met = false;
     if (groups_[members_[p].group].size > 1) parents[kept++] = p;
   }
   parents.resize(kept);

@@ -40,9 +40,7 @@ class ClassRefinement {
   OperandCodes relink();
 
  private:
-  /// Per member, by position in creation order, with one more after the
-  /// last that only ends the last member's operands and parents. What a
-  /// signature or a move reads of a member lies together.
+  /// Per member, by position in creation order: where it is.
   struct Member {
     int block;
     /// -1 while it is being regrouped.
@@ -50,6 +48,11 @@ class ClassRefinement {
     /// Neighbours in the group, and in the block by position; -1 = none.
     int group_prev, group_next;
     int list_prev, list_next;
+  };
+  /// Per member, by position, with one more after the last that only ends
+  /// the last member's operands and parents: what a signature or a
+  /// regrouping reads of it, apart from the links a move rewrites.
+  struct Shape {
     /// Where its operands start in codes_ and its parents in parents_;
     /// the next member's start ends them.
     uint32_t operands, parents;
@@ -89,8 +92,8 @@ class ClassRefinement {
   /// Groups every block's members for the first time.
   void form_first_groups();
   int operand_value(int code) const;
-  const int* operands(int i) const { return codes_.data() + members_[i].operands; }
-  size_t arity(int i) const { return members_[i + 1].operands - members_[i].operands; }
+  const int* operands(int i) const { return codes_.data() + shapes_[i].operands; }
+  size_t arity(int i) const { return shapes_[i + 1].operands - shapes_[i].operands; }
   /// The operands of a kind that commutes, as an unordered pair.
   std::pair<int, int> sorted_pair(const int* codes) const;
   uint64_t signature_hash(int i) const;
@@ -121,6 +124,7 @@ class ClassRefinement {
   /// The members with a member among their operands, each once.
   std::vector<int> parents_;
   std::vector<Member> members_;
+  std::vector<Shape> shapes_;
   std::vector<Group> groups_;
   std::vector<int> free_groups_;
   std::vector<Block> blocks_;
