@@ -125,7 +125,7 @@ void ClassRefinement::form_first_groups() {
     for (int i = b.head; i != -1; i = members_[i].list_next) members.push_back(i);
     form_groups(members);
   }
-  // Regroupings take tables of their own size, smaller than this one.
+  // A regrouping sizes a table for its own members.
   std::vector<Slot>().swap(slots_);
 }
 
