@@ -389,22 +389,18 @@ OperandCodes ClassRefinement::relink() {
     cells_[i].node->class_no = class_of[i];
   }
   net_.class_lists.assign(net_.n_classes, nullptr);
-  size_t total = 0;
+  // No more codes than all the members have; the pages left over are
+  // never touched.
+  by_class_.reserve(net_.n_classes, codes_.size());
   for (int c = 1; c <= net_.n_classes; ++c) {
     const Block& b = blocks_[block_of_class_[c - 1]];
-    total += arity(b.forwards ? b.head : b.tail);
+    const int first = b.forwards ? b.head : b.tail;
     NormNet::Cell** link = &net_.class_lists[c - 1];
-    for (int i = b.forwards ? b.head : b.tail; i != -1;
-         i = b.forwards ? members_[i].list_next : members_[i].list_prev) {
+    for (int i = first; i != -1; i = b.forwards ? members_[i].list_next : members_[i].list_prev) {
       *link = &cells_[i];
       link = &cells_[i].next;
     }
     *link = nullptr;
-  }
-  by_class_.reserve(net_.n_classes, total);
-  for (int c = 1; c <= net_.n_classes; ++c) {
-    const Block& b = blocks_[block_of_class_[c - 1]];
-    const int first = b.forwards ? b.head : b.tail;
     const int* codes = operands(first);
     const size_t count = arity(first);
     int* to = by_class_.add(count);
