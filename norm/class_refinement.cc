@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <utility>
 
 #include "support/diagnostics.h"
@@ -15,49 +16,50 @@ uint64_t mix(uint64_t h, uint64_t v) {
 
 }  // namespace
 
-ClassRefinement::ClassRefinement(NormNet& net) : net_(net), splittable_(net.n_nodes + 1) {
-  for (NormNet::Cell* cell = net_.made; cell; cell = cell->next) cells_.push_back(cell);
-  std::reverse(cells_.begin(), cells_.end());
+ClassRefinement::ClassRefinement(NormNet& net)
+    : net_(net), cells_(net.made_cells()), splittable_(net.n_nodes + 1) {
   const int n = static_cast<int>(cells_.size());
   start_by_kind();
   read_operands();
-  touched_.assign(n, 0);
   // Blocks and live groups never outnumber the members: room for all,
   // so that growing never copies them.
   blocks_.reserve(n);
   groups_.reserve(n);
-  std::vector<int> all(n);
-  for (int i = 0; i < n; ++i) all[i] = i;
-  form_groups(all);
+  form_first_groups();
 }
 
 // The classes start as the kinds, numbered as they first appear among the
 // nodes newest first, each listing its nodes oldest first.
 void ClassRefinement::start_by_kind() {
+  static_assert(N_OPKINDS <= 256, "a kind is kept in a byte");
   const int n = static_cast<int>(cells_.size());
-  kinds_.reserve(n);
+  members_.reserve(n);
+  shapes_.reserve(n + 1);
   for (int i = 0; i < n; ++i) {
-    Exp* e = cells_[i]->node;
-    kinds_.push_back(net_.through_ref(e)->op);
-    // Until relink, a node's number is its position, to find operands by.
+    Exp* e = cells_[i].node;
+    const int param = op_arity(e->op) == AR_PARAM ? e->param : 0;
+    members_.push_back(Member{-1, -1, -1, -1, -1, -1});
+    shapes_.push_back(
+        Shape{0, 0, param, static_cast<uint8_t>(net_.through_ref(e)->op), false});
+    // Until relink, a node's number is its position + 1, to find operands by.
     e->class_no = i + 1;
   }
+  shapes_.push_back(Shape{0, 0, 0, 0, false});
   net_.n_classes = 0;
-  if (n > 0) net_.class_lists.assign(n, nullptr);
   std::array<int, N_OPKINDS> block_of_kind;
   block_of_kind.fill(-1);
   for (int i = n - 1; i >= 0; --i) {
-    int& block = block_of_kind[kinds_[i]];
+    int& block = block_of_kind[shapes_[i].kind];
     if (block != -1) continue;
     block = new_block();
     blocks_[block].number = ++net_.n_classes;
     block_of_class_.push_back(block);
   }
-  members_.reserve(n);
   for (int i = 0; i < n; ++i) {
-    const int block = block_of_kind[kinds_[i]];
+    const int block = block_of_kind[shapes_[i].kind];
     Block& b = blocks_[block];
-    members_.push_back(Member{block, -1, -1, -1, b.tail, -1});
+    members_[i].block = block;
+    members_[i].list_prev = b.tail;
     if (b.tail == -1) {
       b.head = i;
     } else {
@@ -71,47 +73,60 @@ void ClassRefinement::start_by_kind() {
 // Oldest first, so a node's operands were mostly just visited.
 void ClassRefinement::read_operands() {
   const int n = static_cast<int>(cells_.size());
-  // Leaves keep their code in their number meanwhile, 0 again at the end.
-  std::vector<Exp*> leaves;
+  size_t total = 0;
+  for (const NormNet::Cell& cell : cells_) total += cell.node->operands.size();
+  if (total > std::numeric_limits<uint32_t>::max()) {
+    internal_error("file 'class_refinement':\nClassRefinement : too many operands\n");
+  }
+  codes_.reserve(total);
   std::vector<int> n_parents(n, 0);
   std::vector<int> last_parent(n, -1);
-  operand_begin_.reserve(n + 1);
-  params_.reserve(n);
   for (int i = 0; i < n; ++i) {
-    const Exp* e = cells_[i]->node;
-    params_.push_back(op_arity(e->op) == AR_PARAM ? e->param : 0);
-    operand_begin_.push_back(static_cast<int>(operands_.size()));
-    for (Exp* o : e->operands) {
-      Exp* target = net_.through_ref(o);
-      if (target->class_no > n) {
+    shapes_[i].operands = static_cast<uint32_t>(codes_.size());
+    for (Exp* o : cells_[i].node->operands) {
+      const int code = by_class_.code(net_, o);
+      if (code > n) {
         internal_error("file 'class_refinement':\nClassRefinement : operand outside the net\n");
       }
-      if (target->class_no == 0) {
-        leaves.push_back(target);
-        target->class_no = -static_cast<int>(leaves.size());
+      codes_.push_back(code);
+      if (code > 0 && last_parent[code - 1] != i) {
+        last_parent[code - 1] = i;
+        ++n_parents[code - 1];
       }
-      const int code = target->class_no > 0 ? target->class_no - 1 : target->class_no;
-      if (code >= 0 && last_parent[code] != i) {
-        last_parent[code] = i;
-        ++n_parents[code];
-      }
-      operands_.push_back(code);
     }
   }
-  operand_begin_.push_back(static_cast<int>(operands_.size()));
-  for (Exp* leaf : leaves) leaf->class_no = 0;
-  parent_begin_.assign(n + 1, 0);
-  for (int i = 0; i < n; ++i) parent_begin_[i + 1] = parent_begin_[i] + n_parents[i];
-  parents_.resize(parent_begin_[n]);
+  by_class_.finish();
+  shapes_[n].operands = static_cast<uint32_t>(codes_.size());
+  uint32_t start = 0;
+  for (int i = 0; i < n; ++i) {
+    shapes_[i].parents = start;
+    start += static_cast<uint32_t>(n_parents[i]);
+  }
+  shapes_[n].parents = start;
+  parents_.resize(start);
   std::fill(last_parent.begin(), last_parent.end(), -1);
   for (int i = 0; i < n; ++i) {
-    for (int at = operand_begin_[i]; at < operand_begin_[i + 1]; ++at) {
-      const int code = operands_[at];
-      if (code < 0 || last_parent[code] == i) continue;
-      last_parent[code] = i;
-      parents_[parent_begin_[code + 1] - n_parents[code]--] = i;
+    const int* codes = operands(i);
+    for (size_t j = 0, count = arity(i); j < count; ++j) {
+      const int at = codes[j] - 1;
+      if (at < 0 || last_parent[at] == i) continue;
+      last_parent[at] = i;
+      parents_[shapes_[at + 1].parents - n_parents[at]--] = i;
     }
   }
+}
+
+// Block by block, so that the table is sized for the largest kind rather
+// than for all the members.
+void ClassRefinement::form_first_groups() {
+  std::vector<int> members;
+  for (const Block& b : blocks_) {
+    members.clear();
+    for (int i = b.head; i != -1; i = members_[i].list_next) members.push_back(i);
+    form_groups(members);
+  }
+  // A regrouping sizes a table for its own members.
+  std::vector<Slot>().swap(slots_);
 }
 
 int ClassRefinement::next_splittable(int k) const {
@@ -119,7 +134,7 @@ int ClassRefinement::next_splittable(int k) const {
 }
 
 int ClassRefinement::operand_value(int code) const {
-  return code < 0 ? code : members_[code].block;
+  return code < 0 ? code : members_[code - 1].block;
 }
 
 std::pair<int, int> ClassRefinement::sorted_pair(const int* codes) const {
@@ -129,29 +144,33 @@ std::pair<int, int> ClassRefinement::sorted_pair(const int* codes) const {
 }
 
 uint64_t ClassRefinement::signature_hash(int i) const {
-  const OpKind kind = kinds_[i];
-  const int* codes = &operands_[operand_begin_[i]];
-  const int arity = operand_begin_[i + 1] - operand_begin_[i];
-  uint64_t h = mix(mix(static_cast<uint64_t>(members_[i].block), kind), static_cast<uint32_t>(params_[i]));
-  h = mix(h, static_cast<uint64_t>(arity));
+  const Shape& m = shapes_[i];
+  const OpKind kind = static_cast<OpKind>(m.kind);
+  const int* codes = operands(i);
+  const size_t n = arity(i);
+  uint64_t h = mix(mix(static_cast<uint64_t>(members_[i].block), kind),
+                   static_cast<uint32_t>(m.param));
+  h = mix(h, static_cast<uint64_t>(n));
   if (op_commutes(kind)) {
     const std::pair<int, int> pair = sorted_pair(codes);
     return mix(mix(h, static_cast<uint32_t>(pair.first)), static_cast<uint32_t>(pair.second));
   }
-  for (int j = 0; j < arity; ++j) h = mix(h, static_cast<uint32_t>(operand_value(codes[j])));
+  for (size_t j = 0; j < n; ++j) h = mix(h, static_cast<uint32_t>(operand_value(codes[j])));
   return h;
 }
 
 bool ClassRefinement::same_signature(int x, int y) const {
-  const int arity = operand_begin_[x + 1] - operand_begin_[x];
-  if (members_[x].block != members_[y].block || kinds_[x] != kinds_[y] ||
-      params_[x] != params_[y] || arity != operand_begin_[y + 1] - operand_begin_[y]) {
+  const Shape& a = shapes_[x];
+  const Shape& b = shapes_[y];
+  const size_t n = arity(x);
+  if (members_[x].block != members_[y].block || a.kind != b.kind || a.param != b.param ||
+      n != arity(y)) {
     return false;
   }
-  const int* xs = &operands_[operand_begin_[x]];
-  const int* ys = &operands_[operand_begin_[y]];
-  if (op_commutes(kinds_[x])) return sorted_pair(xs) == sorted_pair(ys);
-  for (int j = 0; j < arity; ++j) {
+  const int* xs = operands(x);
+  const int* ys = operands(y);
+  if (op_commutes(static_cast<OpKind>(a.kind))) return sorted_pair(xs) == sorted_pair(ys);
+  for (size_t j = 0; j < n; ++j) {
     if (operand_value(xs[j]) != operand_value(ys[j])) return false;
   }
   return true;
@@ -179,11 +198,12 @@ void ClassRefinement::form_groups(const std::vector<int>& members) {
   slots_.assign(size, Slot{0, -1});
   for (int i : members) {
     const uint64_t hash = signature_hash(i);
+    const uint32_t check = static_cast<uint32_t>(hash >> 32);
     size_t at = hash & (size - 1);
     for (; slots_[at].group != -1; at = (at + 1) & (size - 1)) {
-      if (slots_[at].hash == hash && same_signature(i, groups_[slots_[at].group].head)) break;
+      if (slots_[at].check == check && same_signature(i, groups_[slots_[at].group].head)) break;
     }
-    if (slots_[at].group == -1) slots_[at] = Slot{hash, new_group(members_[i].block)};
+    if (slots_[at].group == -1) slots_[at] = Slot{check, new_group(members_[i].block)};
     join_group(i, slots_[at].group);
   }
 }
@@ -328,36 +348,63 @@ void ClassRefinement::split(int k) {
   regroup_parents(moved);
 }
 
+// A parent alone in its group keeps it: a signature that differed before
+// the move still differs after it, so no other parent can join it. The
+// others leave their groups and are grouped again among themselves.
 void ClassRefinement::regroup_parents(const std::vector<int>& moved) {
   std::vector<int>& parents = parents_moved_;
   parents.clear();
   for (int i : moved) {
-    for (int at = parent_begin_[i]; at < parent_begin_[i + 1]; ++at) {
-      const int p = parents_[at];
-      if (touched_[p]) continue;
-      touched_[p] = 1;
-      parents.push_back(p);
+    for (uint32_t at = shapes_[i].parents; at < shapes_[i + 1].parents; ++at) {
+      Shape& p = shapes_[parents_[at]];
+      if (p.met) continue;
+      p.met = true;
+      parents.push_back(parents_[at]);
     }
   }
+  // Sizes are read before anyone leaves, so a group left by all but one
+  // does not pass for a group of one.
+  size_t kept = 0;
   for (int p : parents) {
-    touched_[p] = 0;
-    leave_group(p);
+    shapes_[p].met = false;
+    if (groups_[members_[p].group].size > 1) parents[kept++] = p;
   }
+  parents.resize(kept);
+  for (int p : parents) leave_group(p);
   form_groups(parents);
 }
 
-void ClassRefinement::relink() {
-  for (size_t i = 0; i < cells_.size(); ++i) {
-    cells_[i]->node->class_no = blocks_[members_[i].block].number;
+// What only the splitting needed is let go of first, since the lists and
+// the codes by class are made while the rest is still held.
+OperandCodes ClassRefinement::relink() {
+  for (std::vector<int>* done : {&parents_, &free_groups_, &moving_groups_, &moved_,
+                                 &parents_moved_}) {
+    std::vector<int>().swap(*done);
   }
+  std::vector<Group>().swap(groups_);
+  const int n = static_cast<int>(cells_.size());
+  std::vector<int> class_of(n);
+  for (int i = 0; i < n; ++i) {
+    class_of[i] = blocks_[members_[i].block].number;
+    cells_[i].node->class_no = class_of[i];
+  }
+  net_.class_lists.assign(net_.n_classes, nullptr);
+  // No more codes than all the members have; the pages left over are
+  // never touched.
+  by_class_.reserve(net_.n_classes, codes_.size());
   for (int c = 1; c <= net_.n_classes; ++c) {
     const Block& b = blocks_[block_of_class_[c - 1]];
+    const int first = b.forwards ? b.head : b.tail;
     NormNet::Cell** link = &net_.class_lists[c - 1];
-    for (int i = b.forwards ? b.head : b.tail; i != -1;
-         i = b.forwards ? members_[i].list_next : members_[i].list_prev) {
-      *link = cells_[i];
-      link = &cells_[i]->next;
+    for (int i = first; i != -1; i = b.forwards ? members_[i].list_next : members_[i].list_prev) {
+      *link = &cells_[i];
+      link = &cells_[i].next;
     }
     *link = nullptr;
+    const int* codes = operands(first);
+    const size_t count = arity(first);
+    int* to = by_class_.add(count);
+    for (size_t j = 0; j < count; ++j) to[j] = codes[j] > 0 ? class_of[codes[j] - 1] : codes[j];
   }
+  return std::move(by_class_);
 }

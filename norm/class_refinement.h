@@ -15,11 +15,13 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <utility>
 #include <vector>
 
 #include "norm/net_norm.h"
 #include "norm/number_set.h"
+#include "norm/operand_codes.h"
 
 class ClassRefinement {
  public:
@@ -32,17 +34,33 @@ class ClassRefinement {
   /// Moves the members of class `k` whose signature differs from its first
   /// member's to a new class, numbered next.
   void split(int k);
-  /// Writes the classes back as the net's class lists and numbers.
-  void relink();
+  /// Writes the classes back as the net's class lists and numbers, and
+  /// returns the operands of each class's first member by class: a class
+  /// number, or below 0 a leaf. Ends the refinement.
+  OperandCodes relink();
 
  private:
-  /// Per member, by position in creation order.
+  /// Per member, by position in creation order: where it is.
   struct Member {
     int block;
+    /// -1 while it is being regrouped.
     int group;
     /// Neighbours in the group, and in the block by position; -1 = none.
     int group_prev, group_next;
     int list_prev, list_next;
+  };
+  /// Per member, by position, with one more after the last that only ends
+  /// the last member's operands and parents: what a signature or a
+  /// regrouping reads of it, apart from the links a move rewrites.
+  struct Shape {
+    /// Where its operands start in codes_ and its parents in parents_;
+    /// the next member's start ends them.
+    uint32_t operands, parents;
+    /// Where the kind compares it; 0 otherwise.
+    int param;
+    uint8_t kind;
+    /// Met among the parents being regrouped.
+    bool met;
   };
   struct Group {
     int block;
@@ -62,11 +80,20 @@ class ClassRefinement {
     int groups;
     int n_groups;
   };
+  /// A signature met while grouping: the high half of its hash, and its group.
+  struct Slot {
+    uint32_t check;
+    int group;
+  };
 
   void start_by_kind();
   /// Codes the operands and indexes the parents.
   void read_operands();
+  /// Groups every block's members for the first time.
+  void form_first_groups();
   int operand_value(int code) const;
+  const int* operands(int i) const { return codes_.data() + shapes_[i].operands; }
+  size_t arity(int i) const { return shapes_[i + 1].operands - shapes_[i].operands; }
   /// The operands of a kind that commutes, as an unordered pair.
   std::pair<int, int> sorted_pair(const int* codes) const;
   uint64_t signature_hash(int i) const;
@@ -86,18 +113,18 @@ class ClassRefinement {
   void regroup_parents(const std::vector<int>& moved);
 
   NormNet& net_;
-  std::vector<NormNet::Cell*> cells_;
-  /// Per member: its kind, and its parameter where the kind compares it.
-  std::vector<OpKind> kinds_;
-  std::vector<int> params_;
-  /// Per member, from operand_begin_[i]: its operands after through_ref,
-  /// a member's position or, below 0, a leaf's own code.
-  std::vector<int> operand_begin_, operands_;
-  /// Per member, from parent_begin_[i]: the members with it among their
-  /// operands, each once.
-  std::vector<int> parent_begin_, parents_;
+  /// The made nodes' cells, oldest first: a member's position is its index.
+  std::deque<NormNet::Cell>& cells_;
+  /// Codes the operands as they are read, and takes the codes by class at
+  /// the end.
+  OperandCodes by_class_;
+  /// The operands after through_ref: a member's position + 1 or, below 0,
+  /// a leaf.
+  std::vector<int> codes_;
+  /// The members with a member among their operands, each once.
+  std::vector<int> parents_;
   std::vector<Member> members_;
-  std::vector<char> touched_;
+  std::vector<Shape> shapes_;
   std::vector<Group> groups_;
   std::vector<int> free_groups_;
   std::vector<Block> blocks_;
@@ -107,9 +134,5 @@ class ClassRefinement {
   NumberSet splittable_;
   /// Scratch space of split and form_groups, kept to spare allocations.
   std::vector<int> moving_groups_, moved_, parents_moved_;
-  struct Slot {
-    uint64_t hash;
-    int group;
-  };
   std::vector<Slot> slots_;
 };

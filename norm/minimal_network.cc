@@ -16,6 +16,11 @@ void NormNet::identity_partition() {
     cell->node->class_no = ++n_classes;
     cell = next;
   }
+  size_t total = 0;
+  for (int c = 0; c < n_classes; ++c) total += class_lists[c]->node->operands.size();
+  rep_operands_.reserve(n_classes, total);
+  for (int c = 0; c < n_classes; ++c) rep_operands_.add(*this, class_lists[c]->node);
+  rep_operands_.finish();
 }
 
 // Sweeps over the classes until none splits; classes formed during a sweep
@@ -34,13 +39,16 @@ void NormNet::minimal_network() {
     }
     if (changed) verbose(".");
   }
-  classes.relink();
+  rep_operands_ = classes.relink();
   verbose(" done (%d -> %d nodes)\n", n_nodes, n_classes);
 }
 
 // All placeholders exist before any is filled, so representatives may
 // refer to each other in any order, cycles through memories included.
 void NormNet::rebuild() {
+  if (rep_operands_.entries() != static_cast<size_t>(n_classes)) {
+    internal_error("file 'net_norm':\nNormNet::rebuild : no partition to rebuild from\n");
+  }
   class_reps.resize(n_classes);
   for (Exp*& rep : class_reps) rep = ctr.placeholder();
   for (int i = 0; i < n_classes; ++i) {
@@ -48,10 +56,12 @@ void NormNet::rebuild() {
     type(r);
     Exp* rep = class_reps[i];
     ctr.update(rep, r);
+    const int* codes = rep_operands_.of(i);
     for (Exp*& o : rep->operands) {
-      Exp* target = through_ref(o);
-      o = target->class_no != 0 ? class_reps[target->class_no - 1] : target;
+      const int code = *codes++;
+      o = code > 0 ? class_reps[code - 1] : rep_operands_.leaf(code);
     }
     ctr.put_in_hash_tab(rep);
   }
+  rep_operands_ = OperandCodes();
 }

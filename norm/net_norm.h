@@ -11,6 +11,7 @@
 #include "net/net.h"
 #include "net/netctr.h"
 #include "norm/load_options.h"
+#include "norm/operand_codes.h"
 
 class NormNet : public Net {
  public:
@@ -71,6 +72,8 @@ class NormNet : public Net {
   std::vector<Exp*> held_def;
   /// Newest first.
   Cell* made = nullptr;
+  /// The cells of `made`, oldest first.
+  std::deque<Cell>& made_cells() { return cells_; }
   int n_nodes = 0;
   int bool_opt;
   int n_requests = 0;
@@ -88,6 +91,9 @@ class NormNet : public Net {
   void check_normal_form(const char* operation) const;
 
   std::deque<Cell> cells_;
+  /// From the partition to rebuild: the operands of each class's first
+  /// member, as class numbers or leaves.
+  OperandCodes rep_operands_;
   /// Bound on made_size() while normalising; 0 = none.
   size_t size_budget_ = 0;
   /// The name being normalised, for the message when the bound is passed.
