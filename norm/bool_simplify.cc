@@ -15,7 +15,7 @@ Exp* and_or(Exp* a, Exp* b, Exp* t, Exp* f, bool is_or) {
 // Folds the constants true and false out of Boolean operators. Every result
 // is an operand or is requested through make, so it is simplified in turn.
 // ORDER OP: the kinds with rules of their own.
-Exp* NormNet::bool_simplify(OpKind kind, const std::vector<Exp*>& operands) {
+Exp* NormNet::bool_simplify(OpKind kind, std::span<Exp* const> operands) {
   Exp* const t = true_exp;
   Exp* const f = false_exp;
   const auto is_const = [&](Exp* e) { return e == t || e == f; };

@@ -86,12 +86,16 @@ void NormNet::leave_walk(const std::vector<int>& names) {
 // definition would make them and long chains cannot exhaust the stack.
 Exp* NormNet::activation(int clock) {
   std::vector<int> chain;
+  Exp* a = true_exp;
   int c = clock;
   while (c != true_name) {
     if (c <= 0 || static_cast<size_t>(c) >= on_walk_.size()) {
       internal_error("file 'net_norm':\nNormNet::activation : bad clock number %d\n", c);
     }
-    if (activation_memo.count(c)) break;
+    if (auto known = activation_memo.find(c); known != activation_memo.end()) {
+      a = known->second;
+      break;
+    }
     if (enter_walk(c)) {
       error("NormNet::activation : the chain of clocks of '%s' leads back to itself",
             strings->text(c));
@@ -102,7 +106,6 @@ Exp* NormNet::activation(int clock) {
     c = info->clock;
   }
   leave_walk(chain);
-  Exp* a = c == true_name ? true_exp : activation_memo[c];
   for (auto it = chain.rbegin(); it != chain.rend(); ++it) {
     IdentInfo* info = ident_info(*it);
     a = info->clock == true_name ? info->ref : make(IF_n, a, info->ref, false_exp);
@@ -118,13 +121,13 @@ Exp* NormNet::first_instant(int clock) {
   return init_memo[clock] = flag;
 }
 
-Exp* NormNet::make(OpKind kind, const std::vector<Exp*>& operands, int param) {
+Exp* NormNet::make(OpKind kind, std::span<Exp* const> operands, int param) {
   ++n_requests;
   if (bool_opt) {
     if (Exp* simpler = bool_simplify(kind, operands)) return simpler;
   }
   ++n_nodes;
-  Exp* e = new_exp(kind, operands, param);
+  Exp* e = new_exp(kind, {operands.begin(), operands.end()}, param);
   if (size_budget_ && made_size() > size_budget_) {
     error("NormNet::normalise : the normal form of '%s' grows past %zu nodes and operands",
           strings->text(normalising_), size_budget_);

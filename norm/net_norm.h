@@ -5,6 +5,7 @@
 #pragma once
 
 #include <deque>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -32,12 +33,16 @@ class NormNet : public Net {
   Exp* first_instant(int clock);
 
   /// A fresh counted node, or a simpler equivalent when `bool_opt` is set.
-  Exp* make(OpKind kind, const std::vector<Exp*>& operands, int param = 0);
-  Exp* make(OpKind kind, Exp* a) { return make(kind, std::vector<Exp*>{a}); }
-  Exp* make(OpKind kind, Exp* a, int param) { return make(kind, std::vector<Exp*>{a}, param); }
-  Exp* make(OpKind kind, Exp* a, Exp* b) { return make(kind, std::vector<Exp*>{a, b}); }
+  /// The operands are read, not kept: a view of the caller's array will do.
+  Exp* make(OpKind kind, std::span<Exp* const> operands, int param = 0);
+  Exp* make(OpKind kind, Exp* a, int param = 0) { return make(kind, {&a, 1}, param); }
+  Exp* make(OpKind kind, Exp* a, Exp* b) {
+    Exp* const operands[] = {a, b};
+    return make(kind, operands);
+  }
   Exp* make(OpKind kind, Exp* a, Exp* b, Exp* c) {
-    return make(kind, std::vector<Exp*>{a, b, c});
+    Exp* const operands[] = {a, b, c};
+    return make(kind, operands);
   }
 
   /// Follows references to outputs and locals to the normalised definition.
@@ -55,7 +60,7 @@ class NormNet : public Net {
 
   // Minimal network.
   /// An existing node equal to the requested one, or null.
-  Exp* bool_simplify(OpKind kind, const std::vector<Exp*>& operands);
+  Exp* bool_simplify(OpKind kind, std::span<Exp* const> operands);
   void identity_partition();
   void minimal_network();
   void rebuild();

@@ -18,7 +18,12 @@ namespace {
 // minimal network depend on.
 class Translation {
  public:
-  explicit Translation(NormNet& net) : net_(net) {}
+  // Most equations are a few nodes deep: room for them from the start
+  // saves the stacks' growing by steps at every equation.
+  explicit Translation(NormNet& net) : net_(net) {
+    frames_.reserve(kUsualDepth);
+    values_.reserve(kUsualDepth);
+  }
 
   Exp* run(Exp* e, bool held) {
     frames_.push_back({e, held, 0, nullptr});
@@ -120,12 +125,14 @@ class Translation {
       default: {
         if (stage < e->arity()) return call(e->operand(stage), false);
         const auto first = values_.end() - e->arity();
-        std::vector<Exp*> operands(first, values_.end());
+        Exp* made = net_.make(e->op, {first, values_.end()}, e->param);
         values_.erase(first, values_.end());
-        return give(net_.make(e->op, operands, e->param));
+        return give(made);
       }
     }
   }
+
+  static constexpr size_t kUsualDepth = 16;
 
   NormNet& net_;
   std::vector<Frame> frames_;

@@ -1,6 +1,11 @@
 // The normal forms, checked on the printed normalised net.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <span>
+#include <string>
+#include <vector>
+
 #include "loaded_net.h"
 
 namespace {
@@ -75,6 +80,40 @@ TEST(NormaliseTest, LongChainsOfEquationsLoad) {
   Exp* y = loaded.final("y");
   ASSERT_EQ(y->op, PLUS_n);
   EXPECT_EQ(y->operand(0), loaded.final(("x" + std::to_string(n - 2)).c_str()));
+}
+
+// The translation hands make a view of its own value stack, which it
+// overwrites at once: the node must hold copies, in order.
+TEST(NormaliseTest, MadeNodesCopyTheirOperandsOutOfTheCallersArray) {
+  LoadedNet loaded("node n (a, b, c : int) returns (y : int);\nlet y = a; tel\n");
+  NormNet& net = *loaded.net;
+  std::vector<Exp*> stack = {net.true_exp, loaded.final("a"), net.false_exp, net.bottom_exp};
+  Exp* node = net.make(IF_n, std::span<Exp* const>(stack).subspan(1, 3));
+  std::fill(stack.begin(), stack.end(), net.nil_exp);
+  ASSERT_EQ(node->arity(), 3);
+  EXPECT_EQ(node->operand(0), loaded.final("a"));
+  EXPECT_EQ(node->operand(1), net.false_exp);
+  EXPECT_EQ(node->operand(2), net.bottom_exp);
+}
+
+// Operands come back from the value stack in the order written, at every
+// depth: a nest deeper than the stacks first hold, of a kind where the
+// order shows, and memories inside so that both rules nest.
+TEST(NormaliseTest, DeepNestsKeepTheirOperandOrder) {
+  const int depth = 40;
+  std::string nest = "x";
+  std::string form = "x";
+  for (int i = 1; i <= depth; ++i) {
+    nest = std::to_string(i) + " - " + (i % 3 ? "(" + nest + ")" : "pre (" + nest + ")");
+    form = "(" + std::to_string(i) + ")-(" + (i % 3 ? form : "last(" + form + ")") + ")";
+  }
+  LoadedNet loaded("node n (x : int) returns (y : int);\nlet y = " + nest + "; tel\n",
+                   {.minimise = false});
+  loaded.net->build();
+  // The printer breaks long lines; the form is compared unbroken.
+  std::string printed = loaded.printed();
+  std::erase(printed, '\n');
+  EXPECT_NE(printed.find("y = " + form + "LOCALS :"), std::string::npos) << printed;
 }
 
 }  // namespace
