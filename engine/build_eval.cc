@@ -137,21 +137,16 @@ class ItemIndex {
  public:
   explicit ItemIndex(int n_classes) : by_class_(static_cast<size_t>(n_classes) + 1, nullptr) {}
 
-  EvalItem* find(const Exp* e) {
+  EvalItem* find(const Exp* e) const {
     if (e->class_no == 0) {
-      Recent& recent = recent_[recent_slot(e)];
-      if (recent.node == e) return recent.item;
       auto it = unclassed_.find(e);
-      if (it == unclassed_.end()) return nullptr;
-      recent = {e, it->second};
-      return it->second;
+      return it == unclassed_.end() ? nullptr : it->second;
     }
     return by_class_[checked(e)];
   }
   void add(const Exp* e, EvalItem* item) {
     if (e->class_no == 0) {
       unclassed_.emplace(e, item);
-      recent_[recent_slot(e)] = {e, item};
     } else {
       by_class_[checked(e)] = item;
     }
@@ -167,20 +162,8 @@ class ItemIndex {
     return c;
   }
 
-  // The constants are read by equation after equation: a small table of
-  // the nodes last found answers most of those reads before the map.
-  struct Recent {
-    const Exp* node;
-    EvalItem* item;
-  };
-  static constexpr size_t kRecent = 4096;
-  static size_t recent_slot(const Exp* e) {
-    return (reinterpret_cast<uintptr_t>(e) / alignof(Exp)) % kRecent;
-  }
-
   std::vector<EvalItem*> by_class_;
   std::unordered_map<const Exp*, EvalItem*> unclassed_;
-  std::vector<Recent> recent_ = std::vector<Recent>(kRecent, Recent{nullptr, nullptr});
 };
 
 /// The value and the clock of a clocked node: normalisation holds a value

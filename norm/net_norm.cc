@@ -127,7 +127,7 @@ Exp* NormNet::make(OpKind kind, std::span<Exp* const> operands, int param) {
     if (Exp* simpler = bool_simplify(kind, operands)) return simpler;
   }
   ++n_nodes;
-  Exp* e = new_exp(kind, {operands.begin(), operands.end()}, param);
+  Exp* e = new_exp(kind, operands, param);
   if (size_budget_ && made_size() > size_budget_) {
     error("NormNet::normalise : the normal form of '%s' grows past %zu nodes and operands",
           strings->text(normalising_), size_budget_);

@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <string>
 
 #include "support/vformat.h"
@@ -74,26 +75,8 @@ unsigned StringHash::bucket(std::string_view text) const {
   return (word + sum) % static_cast<uint32_t>(size());
 }
 
-// Eight bytes at a time, each mixed in by a multiply: names are short,
-// and a general-purpose hash spends more on its set-up than on them.
 uint32_t StringHash::hash_of(std::string_view text) {
-  constexpr uint64_t kMix = 0xBF58476D1CE4E5B9ull;
-  uint64_t h = 0x9E3779B97F4A7C15ull ^ text.size();
-  const char* p = text.data();
-  size_t left = text.size();
-  for (; left >= 8; p += 8, left -= 8) {
-    uint64_t word;
-    memcpy(&word, p, 8);
-    h = (h ^ word) * kMix;
-    h ^= h >> 29;
-  }
-  uint64_t tail = 0;
-  for (size_t i = 0; i < left; ++i) tail |= uint64_t{static_cast<unsigned char>(p[i])} << (8 * i);
-  h = (h ^ tail) * kMix;
-  h ^= h >> 32;
-  h *= 0x94D049BB133111EBull;
-  h ^= h >> 29;
-  return static_cast<uint32_t>(h);
+  return static_cast<uint32_t>(std::hash<std::string_view>{}(text));
 }
 
 StringHash::Slot& StringHash::slot_of(std::string_view text, uint32_t hash) {
