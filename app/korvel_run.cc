@@ -118,7 +118,7 @@ int usage(const char* problem) {
                "  %-14s batch: run N steps, every input at its initial value (false, 0, 0.0,\n"
                "  %-14s the first constant of its type), without INPUTS and without a trace;\n"
                "  %-14s with --stats, then write the counts, the time of each load phase,\n"
-               "  %-14s the steps per second and the peak memory\n",
+               "  %-14s the steps per second, the peak memory and the resident memory\n",
                "--steps N", "", "", "");
   return 1;
 }

@@ -1,6 +1,7 @@
 #include "batch/run_stats.h"
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <cstdio>
 
@@ -20,4 +21,12 @@ void print_run_stats(const NormNet& net, int steps, double step_seconds) {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
   std::printf("peak memory: %ld KiB\n", usage.ru_maxrss);
+  // What the loaded program holds while it runs: the load's own peak is
+  // gone by then.
+  long pages = 0;
+  if (std::FILE* statm = std::fopen("/proc/self/statm", "r")) {
+    if (std::fscanf(statm, "%*s %ld", &pages) != 1) pages = 0;
+    std::fclose(statm);
+  }
+  if (pages > 0) std::printf("resident memory: %ld KiB\n", pages * (sysconf(_SC_PAGESIZE) / 1024));
 }

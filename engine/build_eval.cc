@@ -249,7 +249,12 @@ EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
     case EV_FIRST: {
       QvType* type = net.type(decider(e, op_eval_decider(e->op)));
       const TypeClass tc = type_class(net, type);
+      // The schedule takes the inputs' values from their items at every
+      // step, those of locals left without an equation included.
+      const bool keeping = p.item_pool().keeping();
+      p.item_pool().keep(keeping || build == EV_INPUT);
       item = item_classes(e->op)->of[tc](p.item_pool(), build == EV_INPUT ? e->ident : e->arity());
+      p.item_pool().keep(keeping);
       if (op_extern_other(e->op) && tc == TC_OTHER) item->extern_type = type->name;
       if (build == EV_FIRST) p.memories.push_back(item);
       if (build == EV_MEMORY) {
@@ -317,7 +322,11 @@ bool build_clocked(SimProgram& p, ItemIndex& index, Exp* e, EvalItem* operands[2
 
 EvalItem* make_output(SimProgram& p, QvType* type, EvalItem* const operands[2]) {
   const TypeClass tc = type_class(*p.net, type);
+  // The front ends read it at every step, once the schedule has replaced
+  // the other items.
+  p.item_pool().keep(true);
   EvalItem* item = by_value_kind<OutputEI>().of[tc](p.item_pool(), 2);
+  p.item_pool().keep(false);
   if (tc == TC_OTHER) item->extern_type = type->name;
   item->operands[0] = operands[0];
   item->operands[1] = operands[1];
@@ -329,11 +338,15 @@ EvalItem* make_output(SimProgram& p, QvType* type, EvalItem* const operands[2]) 
 int build_eval(SimProgram& p) {
   NormNet& net = *p.net;
   ItemIndex index(net.n_classes);
+  // The front ends write the inputs' items, whatever an equation made of
+  // them, and the panels keep their places.
   p.input_items.assign(p.n_inputs, nullptr);
+  p.item_pool().keep(true);
   for (int i = 0; i < p.n_inputs; ++i) {
     p.input_items[i] = build_item(p, index, p.input_nodes[i]);
     if (!p.input_items[i]) return 1;
   }
+  p.item_pool().keep(false);
   p.memories.clear();
   p.output_items.assign(p.n_outputs, nullptr);
   for (int i = 0; i < p.n_outputs; ++i) {

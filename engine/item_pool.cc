@@ -24,16 +24,32 @@ EvalItem** ItemPool::operand_room(int n) {
   return room;
 }
 
+void ItemPool::release_unkept() {
+  size_t k = 0;
+  for (EvalItem* item : items_) {
+    if (k < kept_.size() && kept_[k] == item) {
+      ++k;
+    } else {
+      item->~EvalItem();
+    }
+  }
+  arenas_[0] = Arena{};
+  items_.assign(kept_.begin(), kept_.end());
+  std::vector<EvalItem*>().swap(kept_);
+  released_ = true;
+}
+
 void* ItemPool::allocate(size_t bytes) {
   static_assert(alignof(EvalItem) <= alignof(std::max_align_t));
   bytes = (bytes + alignof(EvalItem) - 1) / alignof(EvalItem) * alignof(EvalItem);
-  if (bytes > left_) {
+  Arena& a = arenas_[keeping_];
+  if (bytes > a.left) {
     const size_t size = std::max(bytes, kBlockBytes);
-    cursor_ = blocks_.emplace_back(new std::byte[size]).get();
-    left_ = size;
+    a.cursor = a.blocks.emplace_back(new std::byte[size]).get();
+    a.left = size;
   }
-  void* at = cursor_;
-  cursor_ += bytes;
-  left_ -= bytes;
+  void* at = a.cursor;
+  a.cursor += bytes;
+  a.left -= bytes;
   return at;
 }

@@ -28,8 +28,16 @@ class ItemPool {
     C* item = ::new (allocate(sizeof(C))) C(std::forward<Args>(args)...);
     item->number = static_cast<int>(items_.size());
     items_.push_back(item);
+    if (keeping_) kept_.push_back(item);
     return item;
   }
+  /// Whether the items made from now on outlast release_unkept.
+  void keep(bool on) { keeping_ = on; }
+  bool keeping() const { return keeping_; }
+  /// Destroys every item but those made while keeping, and frees their
+  /// room; items() then lists the kept ones.
+  void release_unkept();
+  bool released() const { return released_; }
   /// Room for the operands of an item that has more than two, cleared;
   /// null for fewer, which the item holds itself.
   EvalItem** operand_room(int n);
@@ -39,10 +47,20 @@ class ItemPool {
   const std::deque<EvalItem*>& items() const { return items_; }
 
  private:
+  /// Blocks that items are cut from, in turn.
+  struct Arena {
+    std::vector<std::unique_ptr<std::byte[]>> blocks;
+    std::byte* cursor = nullptr;
+    size_t left = 0;
+  };
+
   void* allocate(size_t bytes);
 
-  std::vector<std::unique_ptr<std::byte[]>> blocks_;
-  std::byte* cursor_ = nullptr;
-  size_t left_ = 0;
+  /// The items that may be released, and the kept ones.
+  Arena arenas_[2];
   std::deque<EvalItem*> items_;
+  /// In the order made, as they are in items_.
+  std::vector<EvalItem*> kept_;
+  bool keeping_ = false;
+  bool released_ = false;
 };

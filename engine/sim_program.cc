@@ -1,5 +1,7 @@
 #include "engine/sim_program.h"
 
+#include <malloc.h>
+
 #include <cstdio>
 
 #include "support/diagnostics.h"
@@ -29,7 +31,23 @@ SimProgram::SimProgram(const char* path, SymbolTable* table, const LoadOptions& 
     std::vector<Exp*>().swap(*nodes);
   }
   schedule_.emplace(derive_step_code(*this));
+  // The schedule computes every item from now on: the front ends need only
+  // the items they write and read. What the load freed lies in the middle
+  // of the heap, which the allocator would keep for later allocations that
+  // a running program does not make; it goes back to the system.
+  if (!options.keep_items) {
+    std::vector<EvalItem*>().swap(memories);
+    items_.release_unkept();
+    malloc_trim(0);
+  }
   end_phase();
+}
+
+void SimProgram::step_by_items() {
+  if (items_.released()) {
+    internal_error("file 'sim_program':\nSimProgram::step_by_items : the items were released\n");
+  }
+  by_items_ = true;
 }
 
 void SimProgram::begin_step() {

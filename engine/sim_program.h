@@ -39,7 +39,8 @@ class SimProgram : public PNetInterface {
   void reset_eval();
   /// From now on, steps and resets walk the items instead of running the
   /// schedule: the model that tests compare the schedule with.
-  void step_by_items() { by_items_ = true; }
+  /// Needs the items kept (LoadOptions::keep_items).
+  void step_by_items();
 
   /// Where the builder makes the items, which the program owns.
   ItemPool& item_pool() { return items_; }

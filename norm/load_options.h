@@ -7,4 +7,7 @@ struct LoadOptions {
   bool minimise = true;
   /// Fold true and false out of Boolean operators while normalising.
   bool bool_opt = false;
+  /// Keep every evaluation item once the step schedule is derived, so that
+  /// a step may run by the items.
+  bool keep_items = false;
 };
