@@ -2,7 +2,7 @@
 """How korvel scales: for each shape of bench/shapes.py and each size, the
 time of each load phase, the time of a step against the same program as a
 compiled C++ step function (bench/baseline.cc) measured in the same run,
-and the peak memory per equation.
+and the peak and the resident memory per equation.
 
     bench/scale.py [--sizes 1000,10000,100000,1000000] [--shapes chain,ring,...]
                    [--runs R] [--timeout SECONDS] [--check-only] [--check-steps K]
@@ -84,12 +84,13 @@ def check_agreement(korvel, baseline, shape, n, program, steps, timeout):
 
 
 def korvel_run(korvel, program, steps, timeout):
-    """(phase seconds by name, seconds per step, peak bytes)"""
+    """(phase seconds by name, seconds per step, peak bytes, resident bytes)"""
     out = run([korvel, "--steps", str(steps), "--stats", program], timeout)
     phases = {m[0]: float(m[1]) for m in re.findall(r"^(\w+): ([0-9.]+) s$", out, re.M)}
     spent = float(re.search(r"^steps: \d+ in ([0-9.]+) s$", out, re.M).group(1))
     peak = int(re.search(r"^peak memory: (\d+) KiB$", out, re.M).group(1)) * 1024
-    return phases, spent / steps, peak
+    resident = int(re.search(r"^resident memory: (\d+) KiB$", out, re.M).group(1)) * 1024
+    return phases, spent / steps, peak, resident
 
 
 def baseline_run(baseline, shape, n, steps, timeout):
@@ -121,13 +122,14 @@ def measure(args, korvel, baseline, shape, n, program):
     step = statistics.median(r[1] for r in ours)
     compiled_step = statistics.median(compiled)
     peak = statistics.median(r[2] for r in ours)
+    resident = statistics.median(r[3] for r in ours)
     print(f"{shape:9} {n:8} {runs:4} " + "".join(seconds(phase[p]) for p in PHASES) +
           f"{seconds(load)}{micro(step)}{micro(compiled_step)}{step / compiled_step:8.1f}"
-          f"{peak / n:9.0f}", flush=True)
+          f"{peak / n:9.0f}{resident / n:9.0f}", flush=True)
 
 
 HEADER = (f"{'shape':9} {'N':>8} {'runs':>4} " + "".join(f"{p:>10}" for p in PHASES) +
-          f"{'load':>10}{'step us':>11}{'compiled':>11}{'ratio':>8}{'B/eq':>9}")
+          f"{'load':>10}{'step us':>11}{'compiled':>11}{'ratio':>8}{'B/eq':>9}{'kept':>9}")
 
 
 def main():
@@ -152,7 +154,8 @@ def main():
         if not args.check_only:
             print(f"korvel-run: {korvel} ({build_type} build); baseline: {flags}")
             print("times in seconds, steps in microseconds, medians of the runs; "
-                  "B/eq: peak memory per equation")
+                  "B/eq: peak memory per equation; kept: resident memory per equation "
+                  "once loaded")
             print(HEADER, flush=True)
         for shape in chosen:
             for n in sizes:
