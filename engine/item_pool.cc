@@ -24,15 +24,10 @@ EvalItem** ItemPool::operand_room(int n) {
   return room;
 }
 
+// An item of the pool holds nothing of its own, its operands being in the
+// pool too: its room goes without a visit, which for a million items
+// scattered over the blocks would cost more than the rest of the release.
 void ItemPool::release_unkept() {
-  size_t k = 0;
-  for (EvalItem* item : items_) {
-    if (k < kept_.size() && kept_[k] == item) {
-      ++k;
-    } else {
-      item->~EvalItem();
-    }
-  }
   arenas_[0] = Arena{};
   items_.assign(kept_.begin(), kept_.end());
   std::vector<EvalItem*>().swap(kept_);

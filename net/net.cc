@@ -337,7 +337,7 @@ Exp* Net::new_blank() {
   return new_node(Exp{});
 }
 
-Operands Net::copy_operands(const Operands& operands) {
+Operands Net::new_operands(std::span<Exp* const> operands) {
   return operators_->operands(operands.data(), operands.size());
 }
 

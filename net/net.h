@@ -141,8 +141,8 @@ class Net {
   Exp* new_rcl(std::vector<Exp*> operands, std::vector<Fract> coefs, Fract constant);
   /// A blank ERROR_n node (see NetCtr).
   Exp* new_blank();
-  /// A copy of an operand array, held with the nodes being made.
-  Operands copy_operands(const Operands& operands);
+  /// An operand array holding `operands`, held with the nodes being made.
+  Operands new_operands(std::span<Exp* const> operands);
   /// Nodes made so far plus the operands they hold: what the net has grown by.
   size_t made_size() const { return made_size_; }
 

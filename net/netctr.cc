@@ -17,13 +17,11 @@ unsigned identity(const Exp* e) {
 
 Exp* NetCtr::placeholder() { return net->new_blank(); }
 
-void NetCtr::update(Exp* target, Exp* source) {
+void NetCtr::update(Exp* target, const Exp& filled) {
   if (target->op != ERROR_n) {
     internal_error("file 'netctr':\nbuild_net : NetCtr::update : already updated expression");
   }
-  *target = *source;
-  // The caller redirects the copy's operands; the source keeps its own.
-  target->operands = net->copy_operands(source->operands);
+  *target = filled;
 }
 
 // The kind does not enter the bucket, only its operands, taken by arity.

@@ -27,8 +27,8 @@ class NetCtr {
 
   /// A blank ERROR_n node owned by the net, to be filled by `update`.
   Exp* placeholder();
-  /// Copies every field of `source` into the still blank `target`.
-  void update(Exp* target, Exp* source);
+  /// Fills the still blank `target` with `filled`, operands as they are.
+  void update(Exp* target, const Exp& filled);
   /// Enters an operator node in front of its bucket; returns its cell.
   Cell put_in_hash_tab(Exp* node);
 

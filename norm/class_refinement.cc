@@ -41,8 +41,6 @@ void ClassRefinement::start_by_kind() {
     members_.push_back(Member{-1, -1, -1, -1, -1, -1});
     shapes_.push_back(
         Shape{0, 0, param, static_cast<uint8_t>(net_.through_ref(e)->op), false});
-    // Until relink, a node's number is its position + 1, to find operands by.
-    e->class_no = i + 1;
   }
   shapes_.push_back(Shape{0, 0, 0, 0, false});
   net_.n_classes = 0;
@@ -374,37 +372,44 @@ void ClassRefinement::regroup_parents(const std::vector<int>& moved) {
   form_groups(parents);
 }
 
-// What only the splitting needed is let go of first, since the lists and
-// the codes by class are made while the rest is still held.
-OperandCodes ClassRefinement::relink() {
+// What only the splitting needed is let go of first, since the partition
+// is made while the rest is still held.
+NormNet::Partition ClassRefinement::relink() {
   for (std::vector<int>* done : {&parents_, &free_groups_, &moving_groups_, &moved_,
                                  &parents_moved_}) {
     std::vector<int>().swap(*done);
   }
   std::vector<Group>().swap(groups_);
-  const int n = static_cast<int>(cells_.size());
-  std::vector<int> class_of(n);
-  for (int i = 0; i < n; ++i) {
-    class_of[i] = blocks_[members_[i].block].number;
-    cells_[i].node->class_no = class_of[i];
-  }
-  net_.class_lists.assign(net_.n_classes, nullptr);
+  const int n = static_cast<int>(members_.size());
+  NormNet::Partition p;
+  p.class_of.resize(n);
+  for (int i = 0; i < n; ++i) p.class_of[i] = blocks_[members_[i].block].number;
+  p.firsts.resize(net_.n_classes);
   // No more codes than all the members have; the pages left over are
   // never touched.
-  by_class_.reserve(net_.n_classes, codes_.size());
+  p.operands = std::move(by_class_);
+  p.operands.reserve(net_.n_classes, codes_.size());
+  const bool lists = net_.keeps_normal_form();
+  if (lists) net_.class_lists.assign(net_.n_classes, nullptr);
   for (int c = 1; c <= net_.n_classes; ++c) {
     const Block& b = blocks_[block_of_class_[c - 1]];
     const int first = b.forwards ? b.head : b.tail;
-    NormNet::Cell** link = &net_.class_lists[c - 1];
-    for (int i = first; i != -1; i = b.forwards ? members_[i].list_next : members_[i].list_prev) {
-      *link = &cells_[i];
-      link = &cells_[i].next;
+    p.firsts[c - 1] = first;
+    if (lists) {
+      NormNet::Cell** link = &net_.class_lists[c - 1];
+      for (int i = first; i != -1;
+           i = b.forwards ? members_[i].list_next : members_[i].list_prev) {
+        *link = &cells_[i];
+        cells_[i].node->class_no = c;
+        link = &cells_[i].next;
+      }
+      *link = nullptr;
     }
-    *link = nullptr;
     const int* codes = operands(first);
     const size_t count = arity(first);
-    int* to = by_class_.add(count);
-    for (size_t j = 0; j < count; ++j) to[j] = codes[j] > 0 ? class_of[codes[j] - 1] : codes[j];
+    int* to = p.operands.add(count);
+    for (size_t j = 0; j < count; ++j) to[j] = codes[j] > 0 ? p.class_of[codes[j] - 1] : codes[j];
   }
-  return std::move(by_class_);
+  if (lists) net_.made = nullptr;
+  return p;
 }

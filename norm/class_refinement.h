@@ -25,7 +25,9 @@
 
 class ClassRefinement {
  public:
-  /// Partitions the net's made nodes by kind; `made` is consumed.
+  /// Partitions the net's made nodes by kind; `made` is consumed. The
+  /// nodes carry their position + 1 as class_no (NormNet::read_made_nodes),
+  /// and may go once it is made.
   explicit ClassRefinement(NormNet& net);
 
   /// The first class after class `k` holding members of several
@@ -34,10 +36,9 @@ class ClassRefinement {
   /// Moves the members of class `k` whose signature differs from its first
   /// member's to a new class, numbered next.
   void split(int k);
-  /// Writes the classes back as the net's class lists and numbers, and
-  /// returns the operands of each class's first member by class: a class
-  /// number, or below 0 a leaf. Ends the refinement.
-  OperandCodes relink();
+  /// The classes, and when the net keeps its normal form, its class lists
+  /// and the nodes' numbers as well. Ends the refinement.
+  NormNet::Partition relink();
 
  private:
   /// Per member, by position in creation order: where it is.

@@ -10,4 +10,7 @@ struct LoadOptions {
   /// Keep every evaluation item once the step schedule is derived, so that
   /// a step may run by the items.
   bool keep_items = false;
+  /// Keep the normal form until the caller releases it, for its dumps;
+  /// false frees it as soon as the partition has read it.
+  bool keep_normal_form = true;
 };

@@ -4,7 +4,10 @@
 #include "support/phase_clock.h"
 
 NormNet::NormNet(SymbolTable* strings, const LoadOptions& options)
-    : Net(strings), mode(options.minimise ? 0 : 3), bool_opt(options.bool_opt) {}
+    : Net(strings),
+      mode(options.minimise ? 0 : 3),
+      bool_opt(options.bool_opt),
+      keep_normal_form_(options.keep_normal_form) {}
 
 void NormNet::build() {
   begin_phase("normalise");
@@ -18,13 +21,10 @@ void NormNet::build() {
   if (bool_opt) verbose("Bool optimization : %d -> %d nodes\n", n_requests, n_nodes);
   if (mode < 0 || mode > 3) error("unknown option");
   begin_phase("minimise");
-  if (mode == 3) {
-    identity_partition();
-  } else {
-    minimal_network();
-  }
+  read_made_nodes();
+  const Partition partition = mode == 3 ? identity_partition() : minimal_network();
   make_operators_in(&reps_);
-  rebuild();
+  rebuild(partition);
 }
 
 // A subexpression is translated once per occurrence, and some rules
@@ -179,7 +179,7 @@ void NormNet::release_normal_form() {
   made = nullptr;
   std::unordered_map<int, Exp*>().swap(init_memo);
   std::unordered_map<int, Exp*>().swap(activation_memo);
-  for (std::vector<Exp*>* table : {&xdef, &held_def, &resolved_, &class_reps}) {
+  for (std::vector<Exp*>* table : {&xdef, &held_def, &resolved_}) {
     std::vector<Exp*>().swap(*table);
   }
   std::vector<Cell*>().swap(class_lists);
@@ -189,6 +189,9 @@ void NormNet::release_normal_form() {
 
 void NormNet::release_final_nodes() {
   release_normal_form();
+  std::vector<Exp*>().swap(class_reps);
+  std::vector<int>().swap(final_codes_);
+  final_leaves_ = OperandCodes();
   reps_.clear();
 }
 
@@ -199,14 +202,15 @@ void NormNet::check_normal_form(const char* operation) const {
 }
 
 Exp* NormNet::final_exp(int name) {
-  check_normal_form("final_exp");
-  const bool normalised = name > 0 && static_cast<size_t>(name) < held_def.size() &&
-                          held_def[name] != nullptr;
-  if (!normalised) {
+  const int code = name > 0 && static_cast<size_t>(name) < final_codes_.size()
+                       ? final_codes_[name]
+                       : 0;
+  if (code == 0) {
     IdentInfo* info = name > 0 ? ident_info(name) : nullptr;
     return info ? info->def : nullptr;
   }
-  Exp* e = through_ref(held_def[name]);
-  if (e->class_no != 0 && !class_reps.empty()) return class_reps[e->class_no - 1];
-  return e;
+  if (code > 0 && static_cast<size_t>(code) > class_reps.size()) {
+    internal_error("file 'net_norm':\nNormNet::final_exp : no representatives\n");
+  }
+  return code > 0 ? class_reps[code - 1] : final_leaves_.leaf(code);
 }

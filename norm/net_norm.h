@@ -21,11 +21,29 @@ class NormNet : public Net {
     Exp* node;
     Cell* next;
   };
+  /// What a representative takes from its class's first member besides
+  /// its operands.
+  struct NodeHead {
+    QvType* type;
+    int clock, ident, param;
+    OpKind op;
+  };
+  /// The classes as the rebuild needs them, by class from 1 at index 0.
+  struct Partition {
+    /// The operands of each class's first member: a class, or below 0 a leaf.
+    OperandCodes operands;
+    /// Each class's first member, and each member's class, by position
+    /// among the made nodes.
+    std::vector<int> firsts;
+    std::vector<int> class_of;
+  };
 
   NormNet(SymbolTable* strings, const LoadOptions& options);
 
   /// Normalises everything, then partitions and rebuilds the representatives.
   void build();
+  /// Whether the normal form stays once the partition has read it.
+  bool keeps_normal_form() const { return keep_normal_form_; }
   void normalise_all();
   void normalise(int name);
   /// The condition that is true exactly when clock `clock` is present.
@@ -54,16 +72,20 @@ class NormNet : public Net {
   /// has taken the final nodes and wants no dump of the normal form.
   void release_normal_form();
   /// Frees the representatives too, once the caller has made of them all
-  /// it needs: only the leaves and the tables of names stay.
+  /// it needs: only the leaves and the tables of names stay; final_exp is
+  /// then no more.
   void release_final_nodes();
   void print();
 
   // Minimal network.
   /// An existing node equal to the requested one, or null.
   Exp* bool_simplify(OpKind kind, std::span<Exp* const> operands);
-  void identity_partition();
-  void minimal_network();
-  void rebuild();
+  /// Numbers the made nodes by position from 1 and notes what the rebuild
+  /// and final_exp take from them, so that the normal form can go before.
+  void read_made_nodes();
+  Partition identity_partition();
+  Partition minimal_network();
+  void rebuild(const Partition& partition);
   void print_classes();
   void print_class(Exp* node);
 
@@ -96,9 +118,14 @@ class NormNet : public Net {
   void check_normal_form(const char* operation) const;
 
   std::deque<Cell> cells_;
-  /// From the partition to rebuild: the operands of each class's first
-  /// member, as class numbers or leaves.
-  OperandCodes rep_operands_;
+  /// Every made node's head, by position.
+  std::vector<NodeHead> heads_;
+  /// By name, what the final node of a normalised name is: from
+  /// read_made_nodes a made node's position + 1, from the rebuild its
+  /// class; below 0 a leaf of final_leaves_; 0 for a name not normalised.
+  std::vector<int> final_codes_;
+  OperandCodes final_leaves_;
+  bool keep_normal_form_;
   /// Bound on made_size() while normalising; 0 = none.
   size_t size_budget_ = 0;
   /// The name being normalised, for the message when the bound is passed.

@@ -31,18 +31,19 @@ TEST_F(NetCtrTest, PlaceholderIsBlankAndFilledOnce) {
   EXPECT_EQ(p->clock, -1);
 
   Exp* a = input("a");
-  Exp* source = net.new_exp(PROJ_n, {a}, 2);
-  source->class_no = 4;
-  source->set_mark(7, 11);
-  ctr.update(p, source);
+  Exp filled;
+  filled.op = PROJ_n;
+  filled.param = 2;
+  filled.class_no = 4;
+  filled.operands = net.new_operands(std::span(&a, 1));
+  ctr.update(p, filled);
   EXPECT_EQ(p->op, PROJ_n);
   EXPECT_EQ(p->param, 2);
   EXPECT_EQ(p->class_no, 4);
-  EXPECT_EQ(p->get_mark(7), 11);
   ASSERT_EQ(p->arity(), 1);
   EXPECT_EQ(p->operand(0), a);
 
-  EXPECT_ENDS(ctr.update(p, source), 1,
+  EXPECT_ENDS(ctr.update(p, filled), 1,
               HasSubstr("Sorry, Internal Error :\nfile 'netctr':\nbuild_net : NetCtr::update : "
                         "already updated expression\n"));
 }

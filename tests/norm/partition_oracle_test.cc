@@ -1,6 +1,7 @@
 // The minimal network against the sweep in its simplest form, on generated
 // programs: the same classes, numbered alike, each listed in the same order
-// (so headed by the same representative).
+// (so headed by the same representative); and the representatives a
+// program gets alike whether its normal form stays or goes early.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -241,6 +242,7 @@ TEST(PartitionOracleTest, GeneratedProgramsSplitAsTheSweep) {
       kinds[cell->node->op] = 1;
     }
     const SweepOracle oracle(net, made);
+    net.read_made_nodes();
     net.minimal_network();
     ASSERT_EQ(class_lists(net), oracle.classes) << "seed " << seed << "\n" << text;
     merging += net.n_classes < net.n_nodes;
@@ -249,6 +251,43 @@ TEST(PartitionOracleTest, GeneratedProgramsSplitAsTheSweep) {
   // The programs exercise what they are built for.
   EXPECT_GT(merging, kPrograms / 2);
   EXPECT_GT(refined, kPrograms / 2);
+}
+
+// Each representative field by field, operands by class or leaf, then
+// where each normalised name ends.
+std::string representatives(LoadedNet& loaded) {
+  NormNet& net = *loaded.net;
+  const auto node = [](const Exp* e) {
+    return e->class_no ? "@" + std::to_string(e->class_no)
+                       : std::string(op_name(e->op)) + ":" + std::to_string(e->ident);
+  };
+  std::string text;
+  for (const Exp* rep : net.class_reps) {
+    text += node(rep) + " " + op_name(rep->op) + " " + std::to_string(rep->param) + " " +
+            std::to_string(rep->ident) + " " + std::to_string(rep->clock) + " " +
+            std::to_string(rep->type ? rep->type->name : -1) + " (";
+    for (const Exp* o : rep->operands) text += node(o) + " ";
+    text += ")\n";
+  }
+  for (IndexList* names : {net.outputs, net.locals, net.asserts}) {
+    for (IndexList* n = names; n; n = n->next) {
+      text += std::to_string(n->value) + " -> " + node(net.final_exp(n->value)) + "\n";
+    }
+  }
+  return text;
+}
+
+TEST(PartitionOracleTest, RepresentativesAreAlikeWithTheNormalFormGone) {
+  for (uint32_t seed = 1; seed <= 300; ++seed) {
+    const std::string text = ProgramGenerator(seed).program();
+    for (bool minimise : {true, false}) {
+      LoadedNet kept(text, {.minimise = minimise});
+      LoadedNet gone(text, {.minimise = minimise, .keep_normal_form = false});
+      kept.net->build();
+      gone.net->build();
+      ASSERT_EQ(representatives(gone), representatives(kept)) << "seed " << seed << "\n" << text;
+    }
+  }
 }
 
 }  // namespace
