@@ -34,8 +34,8 @@ class ItemPool {
   /// Whether the items made from now on outlast release_unkept.
   void keep(bool on) { keeping_ = on; }
   bool keeping() const { return keeping_; }
-  /// Destroys every item but those made while keeping, and frees their
-  /// room; items() then lists the kept ones.
+  /// Frees the room of every item but those made while keeping; items()
+  /// then lists the kept ones.
   void release_unkept();
   bool released() const { return released_; }
   /// Room for the operands of an item that has more than two, cleared;
