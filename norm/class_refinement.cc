@@ -25,7 +25,6 @@ ClassRefinement::ClassRefinement(NormNet& net)
   // so that growing never copies them.
   blocks_.reserve(n);
   groups_.reserve(n);
-  form_first_groups();
 }
 
 // The classes start as the kinds, numbered as they first appear among the

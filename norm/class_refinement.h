@@ -25,10 +25,13 @@
 
 class ClassRefinement {
  public:
-  /// Partitions the net's made nodes by kind; `made` is consumed. The
-  /// nodes carry their position + 1 as class_no (NormNet::read_made_nodes),
-  /// and may go once it is made.
+  /// Reads the net's made nodes, which carry their position + 1 as
+  /// class_no (NormNet::read_made_nodes); `made` is consumed. Unless the
+  /// net keeps its normal form, the nodes may go once it is made.
   explicit ClassRefinement(NormNet& net);
+  /// Groups every class's members for the first time: to be called once,
+  /// before any split.
+  void form_first_groups();
 
   /// The first class after class `k` holding members of several
   /// signatures; 0 when there is none.
@@ -90,8 +93,6 @@ class ClassRefinement {
   void start_by_kind();
   /// Codes the operands and indexes the parents.
   void read_operands();
-  /// Groups every block's members for the first time.
-  void form_first_groups();
   int operand_value(int code) const;
   const int* operands(int i) const { return codes_.data() + shapes_[i].operands; }
   size_t arity(int i) const { return shapes_[i + 1].operands - shapes_[i].operands; }

@@ -75,11 +75,12 @@ NormNet::Partition NormNet::minimal_network() {
   verbose("start minimal network generation .");
   ClassRefinement classes(*this);
   // The refinement has read all it needs: the normal form would otherwise
-  // stand beside it for nothing.
+  // stand beside it for nothing, and its pages serve the groups.
   if (!keep_normal_form_) {
     release_normal_form();
     malloc_trim(0);
   }
+  classes.form_first_groups();
   for (bool changed = true; changed;) {
     changed = false;
     for (int k = classes.next_splittable(0); k; k = classes.next_splittable(k)) {

@@ -1,5 +1,7 @@
 #include "norm/net_norm.h"
 
+#include <malloc.h>
+
 #include "support/diagnostics.h"
 #include "support/phase_clock.h"
 
@@ -17,6 +19,9 @@ void NormNet::build() {
   check_references(outputs);
   check_references(locals);
   release_parsed();
+  // The reader's nodes lie in the middle of the heap, under the normal
+  // form: their pages go back now, or the partition would grow beside them.
+  malloc_trim(0);
   verbose("done\n");
   if (bool_opt) verbose("Bool optimization : %d -> %d nodes\n", n_requests, n_nodes);
   if (mode < 0 || mode > 3) error("unknown option");
