@@ -18,30 +18,32 @@ uint64_t mix(uint64_t h, uint64_t v) {
 
 ClassRefinement::ClassRefinement(NormNet& net)
     : net_(net), cells_(net.made_cells()), splittable_(net.n_nodes + 1) {
-  const int n = static_cast<int>(cells_.size());
-  start_by_kind();
+  read_shapes();
   read_operands();
-  // Blocks and live groups never outnumber the members: room for all,
-  // so that growing never copies them.
-  blocks_.reserve(n);
-  groups_.reserve(n);
+}
+
+void ClassRefinement::read_shapes() {
+  static_assert(N_OPKINDS <= 256, "a kind is kept in a byte");
+  const int n = static_cast<int>(cells_.size());
+  shapes_.reserve(n + 1);
+  for (int i = 0; i < n; ++i) {
+    Exp* e = cells_[i].node;
+    const int param = op_arity(e->op) == AR_PARAM ? e->param : 0;
+    shapes_.push_back(
+        Shape{0, 0, param, static_cast<uint8_t>(net_.through_ref(e)->op), false});
+  }
+  shapes_.push_back(Shape{0, 0, 0, 0, false});
 }
 
 // The classes start as the kinds, numbered as they first appear among the
 // nodes newest first, each listing its nodes oldest first.
 void ClassRefinement::start_by_kind() {
-  static_assert(N_OPKINDS <= 256, "a kind is kept in a byte");
-  const int n = static_cast<int>(cells_.size());
-  members_.reserve(n);
-  shapes_.reserve(n + 1);
-  for (int i = 0; i < n; ++i) {
-    Exp* e = cells_[i].node;
-    const int param = op_arity(e->op) == AR_PARAM ? e->param : 0;
-    members_.push_back(Member{-1, -1, -1, -1, -1, -1});
-    shapes_.push_back(
-        Shape{0, 0, param, static_cast<uint8_t>(net_.through_ref(e)->op), false});
-  }
-  shapes_.push_back(Shape{0, 0, 0, 0, false});
+  const int n = static_cast<int>(shapes_.size()) - 1;
+  // Blocks and live groups never outnumber the members: room for all,
+  // so that growing never copies them.
+  blocks_.reserve(n);
+  groups_.reserve(n);
+  members_.assign(n, Member{-1, -1, -1, -1, -1, -1});
   net_.n_classes = 0;
   std::array<int, N_OPKINDS> block_of_kind;
   block_of_kind.fill(-1);
@@ -114,8 +116,10 @@ void ClassRefinement::read_operands() {
 }
 
 // Block by block, so that the table is sized for the largest kind rather
-// than for all the members.
+// than for all the members. What only a member's place needs is made here,
+// after the nodes may have gone.
 void ClassRefinement::form_first_groups() {
+  start_by_kind();
   std::vector<int> members;
   for (const Block& b : blocks_) {
     members.clear();

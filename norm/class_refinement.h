@@ -90,6 +90,8 @@ class ClassRefinement {
     int group;
   };
 
+  /// Each member's kind and parameter.
+  void read_shapes();
   void start_by_kind();
   /// Codes the operands and indexes the parents.
   void read_operands();
