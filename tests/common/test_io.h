@@ -1,5 +1,5 @@
-// What the unit tests share: qv programs written to files, and the text a
-// piece of code writes to a stream.
+// What the tests share: texts written to files, and the text a piece of
+// code writes to a stream.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -11,8 +11,8 @@
 
 #include "support/diagnostics.h"
 
-/// A qv program in a file of its own under the test temporary folder,
-/// removed when the object goes.
+/// A text (a qv program, input lines, resources) in a file of its own
+/// under the test temporary folder, removed when the object goes.
 class ProgramFile {
  public:
   explicit ProgramFile(const std::string& source);

@@ -126,6 +126,7 @@ void XScreen::type(const std::string& text) {
 }
 
 unsigned long XScreen::colour_at(Window window, int x, int y) {
+  XSync(display_, False);
   XImage* image = XGetImage(display_, window, x, y, 1, 1, AllPlanes, ZPixmap);
   if (!image) return ~0ul;
   XColor colour;

@@ -40,19 +40,6 @@ TEST(InputText, NumbersReadAsTheTableSaysInBothFrontEnds) {
   }
 }
 
-TEST(InputText, BoolWordsAreTheFourLettersAndDigits) {
-  EvalValue value{.i = 7};
-  const Port port{"b", PortKind::kBool, "bool", false, {}, &value};
-  for (const char* word : {"T", "true", "tt", "01", "", "2"}) {
-    EXPECT_FALSE(read_word(port, word)) << word;
-    EXPECT_EQ(value.i, 7) << word;
-  }
-  for (auto [word, want] : {std::pair{"t", 1}, {"0", 0}, {"1", 1}, {"f", 0}}) {
-    EXPECT_TRUE(read_word(port, word)) << word;
-    EXPECT_EQ(value.i, want) << word;
-  }
-}
-
 // The value must be the port's own text, not the word's, since the engine
 // compares names as pointers.
 TEST(InputText, NamedWordsTakeTheChoiceTextItself) {

@@ -4,19 +4,12 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <memory>
-#include <cstdlib>
-#include <fstream>
 #include <set>
 #include <string>
-#include <vector>
 
-#include "tests/common/x_screen.h"
-#include "tests/gui/child_process.h"
+#include "tests/gui/korvel_session.h"
 
 namespace {
-
-constexpr int kTimeoutMs = 30000;
 
 // The canvas of panel/chrono_window.cc: a label column, then 20 pixels per
 // step; a row of 24 pixels per signal under a 16-pixel axis.
@@ -26,42 +19,14 @@ constexpr unsigned long kWhite = 0xffffff, kHigh = 0xbfe6bf, kBus = 0xdde6f6, kR
 const std::set<unsigned long> kNil = {0xf6c8c8, 0xc00000};
 const std::set<unsigned long> kDivZero = {0xfbe2a8, 0xb86000};
 
-/// korvel on gui programs/chrono.qv, with the resources of `resources`.
-class ChronoSession {
- public:
-  explicit ChronoSession(const std::string& resources) {
-    std::ofstream(path_) << resources;
-    setenv("XENVIRONMENT", path_.c_str(), 1);
-    korvel_ = std::make_unique<ChildProcess>(std::vector<std::string>{
-        KORVEL_BINARY, "-v", std::string(KORVEL_GUI_PROGRAMS) + "/chrono.qv"});
-    unsetenv("XENVIRONMENT");
-  }
-  ~ChronoSession() { unlink(path_.c_str()); }
-
-  /// Waits for the three windows; their input items afterwards.
-  bool open() {
-    if (!screen.ok() || !korvel_->wait_for_output(") returns (", kTimeoutMs)) return false;
-    main_ = screen.items(screen.wait_for_window("korvel", kTimeoutMs));
-    inputs_ = screen.items(screen.wait_for_window("chrono-inputs", kTimeoutMs));
-    return screen.wait_for_window("chrono-outputs", kTimeoutMs) && main_.size() == 2;
-  }
-  /// In the opening mode, STEP steps and pressing a bool steps with it
-  /// true. The windows take the clicks in order; the drawing is checked by
-  /// polling.
-  void step(bool go) { screen.click(go ? inputs_.at(1) : inputs_.back()); }
-  void reset() { screen.click(main_.at(0)); }
-  int quit() {
-    screen.click(main_.at(1));
-    return korvel_->wait_end(kTimeoutMs);
-  }
-
-  XScreen screen;
-
- private:
-  std::string path_ = "/tmp/korvel-chrono-" + std::to_string(getpid());
-  std::unique_ptr<ChildProcess> korvel_;
-  std::vector<Window> main_;
-  std::vector<Window> inputs_;
+/// korvel on gui programs/chrono.qv, with `resources` for its own; in the
+/// opening mode STEP steps, and pressing go steps with it true. The windows
+/// take the clicks in order; the drawing is checked by polling.
+struct ChronoSession {
+  explicit ChronoSession(const std::string& text) : resources(text) {}
+  const ProgramFile resources;
+  const ScopedEnv env{"XENVIRONMENT", resources.path()};
+  KorvelSession korvel{program_path("chrono")};
 };
 
 /// The colours inside step `tick` of row `row`, between its levels.
@@ -90,17 +55,18 @@ bool shows(XScreen& screen, Window canvas, int row, int tick, const std::set<uns
 enum { kGo, kD, kQ, kP };
 
 TEST(ChronoWindow, DrawsTheStepsGivenInTheWindows) {
-  ChronoSession s("Korvel.chronogram: true\n");
-  ASSERT_TRUE(s.open()) << "no X display, or korvel did not open";
+  ChronoSession chrono("Korvel.chronogram: true\n");
+  KorvelSession& s = chrono.korvel;
+  ASSERT_NO_FATAL_FAILURE(s.open());
   const Window shell = s.screen.wait_for_window("chrono-chrono", kTimeoutMs);
   ASSERT_TRUE(shell);
   const Window canvas = s.screen.items(shell).at(0);
   // d stays 0: q divides by zero at every step. go is false, true, then
   // false again after a reset, where p is nil once more.
-  s.step(false);
-  s.step(true);
+  s.step();
+  s.press(0);
   s.reset();
-  s.step(false);
+  s.step();
   // Read back from the screen, the window must be on top.
   s.screen.point_at(canvas);
   EXPECT_TRUE(shows(s.screen, canvas, kP, 2, kNil));
@@ -119,9 +85,10 @@ TEST(ChronoWindow, DrawsTheStepsGivenInTheWindows) {
 }
 
 TEST(ChronoWindow, StaysClosedWithoutItsResource) {
-  ChronoSession s("");
-  ASSERT_TRUE(s.open()) << "no X display, or korvel did not open";
-  s.step(true);
+  ChronoSession chrono("");
+  KorvelSession& s = chrono.korvel;
+  ASSERT_NO_FATAL_FAILURE(s.open());
+  s.press(0);
   EXPECT_FALSE(s.screen.wait_for_window("chrono-chrono", 1000));
   EXPECT_EQ(s.quit(), 0);
 }

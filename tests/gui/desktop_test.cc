@@ -4,8 +4,7 @@
 // through real X events (XTest, or a client message as a window manager
 // sends it) and is checked on the windows themselves, pixels included.
 
-// GoogleTest before the X headers, whose macros (None, Bool) it would trip on.
-#include "tests/common/x_screen.h"
+#include "tests/gui/korvel_session.h"
 // (the line keeps the order)
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
@@ -13,21 +12,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 #include <vector>
 
-#include "tests/gui/child_process.h"
 
 namespace {
-
-constexpr int kTimeoutMs = 30000;
-
-std::string program_path(const char* name) {
-  return std::string(KORVEL_GUI_PROGRAMS) + "/" + name + ".qv";
-}
 
 struct Rect {
   int x, y, width, height;  // the outside, border included, in root coordinates
@@ -36,56 +26,12 @@ struct Rect {
   }
 };
 
-/// Sets one environment variable for the korvel runs of a test.
-class ScopedEnv {
+/// korvel's session with what only these tests look at: where windows are,
+/// their titles and pixels, and chords of keys.
+class Korvel : public KorvelSession {
  public:
-  ScopedEnv(const char* name, const std::string& value) : name_(name) {
-    if (const char* old = std::getenv(name)) old_ = old;
-    had_ = std::getenv(name) != nullptr;
-    setenv(name, value.c_str(), 1);
-  }
-  ~ScopedEnv() {
-    if (had_) {
-      setenv(name_, old_.c_str(), 1);
-    } else {
-      unsetenv(name_);
-    }
-  }
+  using KorvelSession::KorvelSession;
 
- private:
-  const char* name_;
-  std::string old_;
-  bool had_ = false;
-};
-
-// One korvel run and its three windows.
-class Korvel {
- public:
-  Korvel(const std::string& path, const std::string& node)
-      : process_({KORVEL_BINARY, "-v", path}), node_(node) {}
-
-  void open() {
-    ASSERT_TRUE(screen.ok()) << "no X display with XTest";
-    screen.point_off();
-    ASSERT_TRUE(process_.wait_for_output(") returns (", kTimeoutMs)) << process_.err();
-    main = screen.wait_for_window("korvel", kTimeoutMs);
-    inputs = screen.wait_for_window(node_ + "-inputs", kTimeoutMs);
-    outputs = screen.wait_for_window(node_ + "-outputs", kTimeoutMs);
-    ASSERT_TRUE(main && inputs && outputs) << process_.err();
-  }
-
-  /// The items of the input window's Form, top to bottom.
-  std::vector<Window> input_items() { return screen.items(inputs); }
-  /// The text field of input `input` (an int or real dialog).
-  Window field(int input) { return screen.children(input_items().at(1 + input)).at(1); }
-  void click_step() { screen.click(input_items().back()); }
-  /// Replaces the text of a numeric field, without ending it.
-  void type(int input, const std::string& text) {
-    screen.point_at(field(input));
-    screen.key("a", true);
-    screen.key("k", true);
-    screen.type(text);
-  }
   /// Presses and releases `keysym` with `modifier` (a modifier's keysym) held.
   void chord(const char* modifier, const char* keysym) {
     Display* display = screen.display();
@@ -99,21 +45,6 @@ class Korvel {
   }
   /// The top-level windows on the screen, mapped or not.
   size_t top_level_count() { return screen.children(DefaultRootWindow(screen.display())).size(); }
-  /// Waits until the trace holds `count` lines.
-  bool wait_lines(size_t count) {
-    for (int i = 0; i < kTimeoutMs / 20; i++) {
-      size_t lines = 0;
-      for (char c : process_.out()) lines += c == '\n';
-      if (lines >= count) return true;
-      process_.wait_for_output("\n\n", 20);  // reads what came, never matches
-    }
-    return false;
-  }
-  int quit() {
-    screen.click(screen.items(main).at(1));
-    return process_.wait_end(kTimeoutMs);
-  }
-  int wait_end() { return process_.wait_end(kTimeoutMs); }
 
   Rect outside(Window window) {
     XWindowAttributes a;
@@ -132,13 +63,6 @@ class Korvel {
     if (name) XFree(name);
     return result;
   }
-  unsigned long pixel(Window window, int x, int y) {
-    XSync(screen.display(), False);
-    XImage* image = XGetImage(screen.display(), window, x, y, 1, 1, AllPlanes, ZPixmap);
-    unsigned long result = XGetPixel(image, 0, 0);
-    XDestroyImage(image);
-    return result;
-  }
   /// Saves a PNG of `window` under $KORVEL_SCREENSHOTS, when it is set.
   void screenshot(Window window, const std::string& name) {
     const char* dir = std::getenv("KORVEL_SCREENSHOTS");
@@ -150,16 +74,6 @@ class Korvel {
                           " | xwdtopnm 2>/dev/null | pnmtopng > " + dir + "/" + name + ".png";
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
   }
-
-  const std::string& trace() const { return process_.out(); }
-  const std::string& errors() const { return process_.err(); }
-
-  XScreen screen;
-  Window main = 0, inputs = 0, outputs = 0;
-
- private:
-  ChildProcess process_;
-  std::string node_;
 };
 
 const std::string kMixHeader = "#program mix\n#(b, n, x) returns (c, y, seen)\n";
@@ -169,7 +83,7 @@ const std::string kMixHeader = "#program mix\n#(b, n, x) returns (c, y, seen)\n"
 class WindowManagerClose : public ::testing::TestWithParam<int> {};
 
 TEST_P(WindowManagerClose, EndsTheProcessAsQuitDoes) {
-  Korvel k(program_path("mix"), "mix");
+  Korvel k(program_path("mix"));
   ASSERT_NO_FATAL_FAILURE(k.open());
   const Window windows[] = {k.main, k.inputs, k.outputs};
   const Window target = windows[GetParam()];
@@ -209,9 +123,9 @@ INSTANTIATE_TEST_SUITE_P(Windows, WindowManagerClose, ::testing::Values(0, 1, 2)
 // Why: the keypad's Enter inserted a line break in a numeric field instead
 // of acting as Return.
 TEST(Keypad, EnterStepsOnceWithTheTypedValue) {
-  Korvel k(program_path("mix"), "mix");
+  Korvel k(program_path("mix"));
   ASSERT_NO_FATAL_FAILURE(k.open());
-  k.type(1, "7");
+  k.enter(1, "7");
   k.screen.key("KP_Enter");
   ASSERT_TRUE(k.wait_lines(4)) << k.trace();
   EXPECT_EQ(k.trace(), kMixHeader + "#step 1\nf  7  0.000000  #7  0.000000  f  \n");
@@ -223,7 +137,7 @@ TEST(Keypad, EnterStepsOnceWithTheTypedValue) {
   k.chord("Meta_L", "i");
   k.screen.key("Linefeed");
   k.screen.type("5");
-  k.click_step();
+  k.step();
   ASSERT_TRUE(k.wait_lines(6)) << k.trace();
   EXPECT_EQ(k.top_level_count(), windows);
   ASSERT_EQ(k.quit(), 0) << k.errors();
@@ -235,7 +149,7 @@ TEST(Keypad, EnterStepsOnceWithTheTypedValue) {
 // Why: the enumerated item stayed as narrow as its widest choice in a
 // 300-pixel panel.
 TEST(EnumeratedItem, TakesTheWidthOfThePanel) {
-  Korvel k(program_path("gear"), "shift");
+  Korvel k(program_path("gear"));
   ASSERT_NO_FATAL_FAILURE(k.open());
   k.screenshot(k.inputs, "enumerated");
   const std::vector<Window> items = k.input_items();
@@ -258,20 +172,20 @@ TEST(EnumeratedItem, TakesTheWidthOfThePanel) {
 // Why: a field that did not parse aborted the step with nothing to see
 // unless the trace was on ("O3" looks like "03").
 TEST(UnreadableField, IsMarkedUntilAStepSucceedsAndTheTitleCountsSteps) {
-  Korvel k(program_path("echo"), "echo");
+  Korvel k(program_path("echo"));
   ASSERT_NO_FATAL_FAILURE(k.open());
   const std::string header = "#program echo\n#(n, x) returns (m, y)\n";
   // A point of the field that no text reaches.
   auto look = [&](int input) {
     const Rect r = k.outside(k.field(input));
-    return k.pixel(k.field(input), r.width - 6, r.height / 2);
+    return k.screen.colour_at(k.field(input), r.width - 6, r.height / 2);
   };
   const unsigned long paper = look(0);
   ASSERT_EQ(look(1), paper);
 
-  k.type(1, "2.5");
-  k.type(0, "O3");
-  k.click_step();
+  k.enter(1, "2.5");
+  k.enter(0, "O3");
+  k.step();
   ASSERT_TRUE(k.wait_lines(5)) << k.trace();
   EXPECT_EQ(
       k.trace(),
@@ -282,17 +196,17 @@ TEST(UnreadableField, IsMarkedUntilAStepSucceedsAndTheTitleCountsSteps) {
   EXPECT_EQ(look(1), paper);
   EXPECT_EQ(k.title(k.inputs), "echo-inputs");
 
-  k.type(0, "3");
-  k.click_step();
+  k.enter(0, "3");
+  k.step();
   ASSERT_TRUE(k.wait_lines(7)) << k.trace();
   k.screen.point_off();
   k.screenshot(k.inputs, "corrected");
   EXPECT_EQ(look(0), paper) << "the corrected field is still marked";
   EXPECT_EQ(k.title(k.inputs), "echo-inputs (step 1)");
-  k.click_step();
+  k.step();
   ASSERT_TRUE(k.wait_lines(9)) << k.trace();
   EXPECT_EQ(k.title(k.inputs), "echo-inputs (step 2)");
-  k.screen.click(k.screen.items(k.main).at(0));  // reset
+  k.reset();
   ASSERT_TRUE(k.wait_lines(10)) << k.trace();
   EXPECT_EQ(k.title(k.inputs), "echo-inputs");
   ASSERT_EQ(k.quit(), 0) << k.errors();
@@ -308,7 +222,7 @@ TEST(UnreadableField, IsMarkedUntilAStepSucceedsAndTheTitleCountsSteps) {
 // the input window. The application defaults file sets them side by side.
 TEST(ApplicationDefaults, PlaceTheWindowsSideBySide) {
   ScopedEnv path("XFILESEARCHPATH", std::string(KORVEL_APP_DEFAULTS_DIR) + "/%N");
-  Korvel k(program_path("mix"), "mix");
+  Korvel k(program_path("mix"));
   ASSERT_NO_FATAL_FAILURE(k.open());
   const Rect main = k.outside(k.main), inputs = k.outside(k.inputs), outputs = k.outside(k.outputs);
   EXPECT_FALSE(main.overlaps(inputs));
@@ -323,7 +237,7 @@ TEST(ApplicationDefaults, PlaceTheWindowsSideBySide) {
     EXPECT_LE(r.y + r.height, HeightOfScreen(screen));
   }
   // Every window is where a click reaches it: nothing covers its items.
-  k.click_step();
+  k.step();
   ASSERT_EQ(k.quit(), 0) << k.errors();
   EXPECT_EQ(k.trace(), kMixHeader + "#step 1\nf  0  0.000000  #0  0.000000  f  \n");
 }
@@ -331,26 +245,21 @@ TEST(ApplicationDefaults, PlaceTheWindowsSideBySide) {
 // A program's own geometry resource comes before the file's.
 TEST(ApplicationDefaults, GiveWayToAProgramsOwnGeometry) {
   ScopedEnv path("XFILESEARCHPATH", std::string(KORVEL_APP_DEFAULTS_DIR) + "/%N");
-  char file[] = "/tmp/korvel-resources-XXXXXX";
-  const int fd = mkstemp(file);
-  ASSERT_GE(fd, 0);
-  close(fd);
-  std::ofstream(file) << "Korvel*mix-outputs.geometry: +500+300\n";
-  ScopedEnv own("XENVIRONMENT", file);
-  Korvel k(program_path("mix"), "mix");
+  const ProgramFile resources("Korvel*mix-outputs.geometry: +500+300\n");
+  ScopedEnv own("XENVIRONMENT", resources.path());
+  Korvel k(program_path("mix"));
   ASSERT_NO_FATAL_FAILURE(k.open());
   EXPECT_EQ(k.outside(k.outputs).x, 500);
   EXPECT_EQ(k.outside(k.outputs).y, 300);
   EXPECT_EQ(k.outside(k.inputs).x, 64);
   ASSERT_EQ(k.quit(), 0) << k.errors();
-  std::remove(file);
 }
 
 // Without the file korvel gives no resources: the windows open where the
 // toolkit puts them, all at the top left corner.
 TEST(ApplicationDefaults, WithoutTheFileTheWindowsOpenAtTheCorner) {
   ScopedEnv path("XFILESEARCHPATH", "/nonexistent/%N");
-  Korvel k(program_path("mix"), "mix");
+  Korvel k(program_path("mix"));
   ASSERT_NO_FATAL_FAILURE(k.open());
   for (Window w : {k.main, k.inputs, k.outputs}) {
     EXPECT_EQ(k.outside(w).x, 0);
@@ -362,19 +271,12 @@ TEST(ApplicationDefaults, WithoutTheFileTheWindowsOpenAtTheCorner) {
 // Why: with many inputs the input window was taller than the screen, and
 // STEP out of reach. Such a panel scrolls.
 TEST(TallPanel, ScrollsUntilStepCanBeClicked) {
-  char path[] = "/tmp/korvel-tall-XXXXXX.qv";
-  const int fd = mkstemps(path, 3);
-  ASSERT_GE(fd, 0);
-  close(fd);
-  {
-    std::ofstream text(path);
-    text << "node tall (";
-    for (int i = 0; i < 60; i++) text << (i ? "; " : "") << "i" << i << " : int";
-    text << ")\nreturns (s : int);\nlet\n  s = i0";
-    for (int i = 1; i < 60; i++) text << " + i" << i;
-    text << ";\ntel\n";
-  }
-  Korvel k(path, "tall");
+  std::string text = "node tall (";
+  for (int i = 0; i < 60; i++) text += (i ? "; i" : "i") + std::to_string(i) + " : int";
+  text += ")\nreturns (s : int);\nlet\n  s = i0";
+  for (int i = 1; i < 60; i++) text += " + i" + std::to_string(i);
+  const ProgramFile tall(text + ";\ntel\n");
+  Korvel k(tall.path());
   ASSERT_NO_FATAL_FAILURE(k.open());
   Display* display = k.screen.display();
   Screen* screen = DefaultScreenOfDisplay(display);
@@ -415,13 +317,12 @@ TEST(TallPanel, ScrollsUntilStepCanBeClicked) {
   ASSERT_EQ(k.quit(), 0) << k.errors();
   EXPECT_NE(k.trace().find("#step 1\n"), std::string::npos) << k.trace();
   EXPECT_EQ(k.errors(), "");
-  std::remove(path);
 }
 
 // A panel that fits keeps its Form directly in its shell: the widget tree
 // that users' resources address stays as it always was.
 TEST(TallPanel, APanelThatFitsHasNoViewport) {
-  Korvel k(program_path("mix"), "mix");
+  Korvel k(program_path("mix"));
   ASSERT_NO_FATAL_FAILURE(k.open());
   EXPECT_EQ(k.screen.items(k.inputs).size(), 5u);
   EXPECT_EQ(k.screen.items(k.outputs).size(), 3u);

@@ -1,133 +1,41 @@
 // The real korvel on a private X server, driven through its windows with
 // XTest events; the trace on standard output is compared byte for byte.
-#include <unistd.h>
-
-#include <cstdio>
+#include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "tests/common/input_texts.h"
-#include "tests/common/x_screen.h"
-#include "tests/gui/child_process.h"
+#include "tests/gui/korvel_session.h"
 
 namespace {
 
-// Generous: a sanitizer build starts slowly on a loaded machine, but every
-// wait ends as soon as its condition holds.
-constexpr int kTimeoutMs = 30000;
-
-std::string program_path(const char* name) {
-  return std::string(KORVEL_GUI_PROGRAMS) + "/" + name + ".qv";
-}
-
-// One korvel run: its process and its three windows.
-class Session {
- public:
-  explicit Session(const std::string& path) : korvel_({KORVEL_BINARY, "-v", path}) {}
-
-  /// Waits for the header and the three windows, named after the node.
-  void open() {
-    ASSERT_TRUE(screen_.ok()) << "no X display with XTest";
-    ASSERT_TRUE(korvel_.wait_for_output(") returns (", kTimeoutMs)) << korvel_.err();
-    const std::string& header = korvel_.out();
-    ASSERT_TRUE(header.starts_with("#program ")) << header;
-    node_ = header.substr(9, header.find('\n') - 9);
-    Window main = screen_.wait_for_window("korvel", kTimeoutMs);
-    Window inputs = screen_.wait_for_window(node_ + "-inputs", kTimeoutMs);
-    Window outputs = screen_.wait_for_window(node_ + "-outputs", kTimeoutMs);
-    ASSERT_TRUE(main && inputs && outputs);
-    main_items_ = screen_.items(main);
-    input_items_ = screen_.items(inputs);
-    output_items_ = screen_.items(outputs);
-    ASSERT_EQ(main_items_.size(), 2u);
+/// Runs space-separated actions: step, mode, reset, press:I, choose:I:K,
+/// type:I:TEXT (a field's new text) and enter:I:TEXT (the same, then Return).
+void perform(KorvelSession& s, const std::string& script) {
+  std::istringstream words(script);
+  for (std::string word; words >> word;) {
+    const std::string verb = word.substr(0, word.find(':'));
+    const std::string rest = word.substr(std::min(word.size(), verb.size() + 1));
+    const std::string text = rest.substr(std::min(rest.size(), rest.find(':') + 1));
+    const int input = rest.empty() ? 0 : std::stoi(rest);
+    if (verb == "step")
+      s.step();
+    else if (verb == "mode")
+      s.mode();
+    else if (verb == "reset")
+      s.reset();
+    else if (verb == "press")
+      s.press(input);
+    else if (verb == "choose")
+      s.choose(input, std::stoi(text));
+    else if (verb == "type" || verb == "enter")
+      s.enter(input, text, verb == "enter");
+    else
+      ADD_FAILURE() << "unknown action " << word;
   }
-
-  // Input rows: the mode button, one per input, then STEP.
-  void mode() { screen_.click(input_items_.at(0)); }
-  void step() { screen_.click(input_items_.back()); }
-  void press(int input) { screen_.click(input_items_.at(1 + input)); }
-  /// Replaces the text of a numeric field; with `ret`, ends it with Return.
-  void enter(int input, const std::string& text, bool ret) {
-    Window field = screen_.children(input_items_.at(1 + input)).at(1);
-    screen_.point_at(field);
-    screen_.key("a", true);
-    screen_.key("k", true);
-    screen_.type(text);
-    if (ret) screen_.key("Return");
-  }
-  /// Clicks choice `choice` of an enumerated input (below its title).
-  void choose(int input, int choice) {
-    screen_.click(screen_.children(input_items_.at(1 + input)).at(1 + choice));
-  }
-  void reset() { screen_.click(main_items_.at(0)); }
-  /// Runs space-separated actions: step, mode, reset, press:I, choose:I:K,
-  /// type:I:TEXT (a field's new text) and enter:I:TEXT (the same, then Return).
-  void perform(const std::string& script) {
-    std::istringstream words(script);
-    for (std::string word; words >> word;) {
-      const std::string verb = word.substr(0, word.find(':'));
-      const std::string rest = word.substr(std::min(word.size(), verb.size() + 1));
-      const std::string text = rest.substr(std::min(rest.size(), rest.find(':') + 1));
-      const int input = rest.empty() ? 0 : std::stoi(rest);
-      if (verb == "step")
-        step();
-      else if (verb == "mode")
-        mode();
-      else if (verb == "reset")
-        reset();
-      else if (verb == "press")
-        press(input);
-      else if (verb == "choose")
-        choose(input, std::stoi(text));
-      else if (verb == "type" || verb == "enter")
-        enter(input, text, verb == "enter");
-      else
-        ADD_FAILURE() << "unknown action " << word;
-    }
-  }
-  /// Quits and returns the exit status.
-  int quit() {
-    screen_.click(main_items_.at(1));
-    return korvel_.wait_end(kTimeoutMs);
-  }
-
-  size_t input_rows() const { return input_items_.size(); }
-  size_t output_rows() const { return output_items_.size(); }
-  const std::string& trace() const { return korvel_.out(); }
-  const std::string& errors() const { return korvel_.err(); }
-
- private:
-  XScreen screen_;
-  ChildProcess korvel_;
-  std::string node_;
-  std::vector<Window> main_items_;
-  std::vector<Window> input_items_;
-  std::vector<Window> output_items_;
-};
-
-struct Finished {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-/// korvel-run with `args`, then a temporary file holding `text`.
-Finished korvel_run(std::vector<std::string> args, const std::string& text) {
-  char path[] = "/tmp/korvel-gui-run-XXXXXX";
-  const int fd = mkstemp(path);
-  if (fd < 0) return {-1, "", "no temporary file"};
-  close(fd);
-  std::ofstream(path) << text;
-  args.insert(args.begin(), KORVEL_RUN_BINARY);
-  args.push_back(path);
-  ChildProcess run(args);
-  const int status = run.wait_end(kTimeoutMs);
-  std::remove(path);
-  return {status, run.out(), run.err()};
 }
 
 const std::string kMix = "#program mix\n#(b, n, x) returns (c, y, seen)\n";
@@ -197,12 +105,12 @@ class GuiTest : public ::testing::TestWithParam<Scenario> {};
 // finds every output as recorded.
 TEST_P(GuiTest, TraceExitStatusAndReplay) {
   const Scenario& c = GetParam();
-  Session s(program_path(c.program));
+  KorvelSession s(program_path(c.program));
   ASSERT_NO_FATAL_FAILURE(s.open());
   // The mode button, one row per input and STEP; one row per output.
-  EXPECT_EQ(s.input_rows(), c.inputs + 2);
-  EXPECT_EQ(s.output_rows(), c.outputs);
-  s.perform(c.actions);
+  EXPECT_EQ(s.input_items().size(), c.inputs + 2);
+  EXPECT_EQ(s.screen.items(s.outputs).size(), c.outputs);
+  perform(s, c.actions);
   ASSERT_EQ(s.quit(), 0);
   ASSERT_EQ(s.trace(), c.trace);
   EXPECT_EQ(s.errors(), c.errors);
@@ -238,9 +146,9 @@ TEST(GuiInputTexts, WindowAndBatchReadEveryTextTheSame) {
         is_int ? std::string(t.read) + "  0.000000  " : "0  " + std::string(t.read) + "  ";
     trace += "#step " + std::to_string(++step) + "\n" + values + "#" + values + "\n";
   }
-  Session s(program_path("echo"));
+  KorvelSession s(program_path("echo"));
   ASSERT_NO_FATAL_FAILURE(s.open());
-  s.perform(actions);
+  perform(s, actions);
   ASSERT_EQ(s.quit(), 0);
   EXPECT_EQ(s.trace(), trace);
   const Finished batch = korvel_run({program_path("echo")}, lines);
@@ -277,7 +185,7 @@ TEST(GuiExamples, EveryExampleOpensItsThreeWindows) {
   for (const auto& entry : std::filesystem::directory_iterator(KORVEL_EXAMPLES)) {
     if (entry.path().extension() != ".qv") continue;
     SCOPED_TRACE(entry.path().string());
-    Session s(entry.path().string());
+    KorvelSession s(entry.path().string());
     ASSERT_NO_FATAL_FAILURE(s.open());
     EXPECT_EQ(s.quit(), 0);
     ++opened;

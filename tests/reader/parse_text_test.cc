@@ -45,12 +45,6 @@ TEST(ParseText, ReadsUpToTheEndOfTheViewOnly) {
   EXPECT_EQ(p.net.n_outputs, 1);
 }
 
-TEST(ParseText, SyntaxErrorReportsItsLine) {
-  TextParse p;
-  EXPECT_EQ(p.parse("node n (a : int) returns (b : int);\nlet b = a +; tel\n"), 1);
-  EXPECT_EQ(p.out, "syntax error     - at line 2\n");
-}
-
 TEST(ParseText, HighByteIsAnUnknownCharacterNotTheEnd) {
   TextParse p;
   EXPECT_EQ(p.parse("node n \xff"), -1);
