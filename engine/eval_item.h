@@ -45,7 +45,9 @@ class EvalItem {
 
   /// The operands; those of an item with at most two live in the item.
   EvalItem** operands;
-  EvalValue value{};
+  /// All of its word zero, not only the first field: a name never
+  /// given a value reads as null.
+  EvalValue value{.s = nullptr};
   int n_operands;
   /// The item's place among its program's items, in the order they were
   /// made; -1 for an item no program owns.

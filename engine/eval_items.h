@@ -252,7 +252,7 @@ class BlastEI final : public EvalItem {
   }
 
   unsigned saved_status = ST_NIL;
-  EvalValue saved{};
+  EvalValue saved{.s = nullptr};
 };
 
 /// True up to and including the first step at which its clock is true.
