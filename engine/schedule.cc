@@ -156,7 +156,7 @@ void Schedule::sample(size_t i) {
 }
 
 void Schedule::advance() {
-  run(c_.advance_begin, static_cast<uint32_t>(c_.code.size()));
+  run(c_.advance_begin, static_cast<uint32_t>(c_.code.size() - 1));
   uint64_t* v = c_.values.data();
   uint8_t* s = c_.statuses.data();
   // No reader looks at an undefined value, so an undefined one is copied
@@ -187,6 +187,18 @@ void Schedule::reset() {
 
 void Schedule::run(uint32_t begin, uint32_t end) {
   if (begin == end) return;
+  // No handler then checks for the end: the code stops at an instruction
+  // of its own, put back on every way out (a nil clock throws).
+  struct Stop {
+    StepInstr& at;
+    const StepOp held;
+    ~Stop() { at.op = held; }
+  } stop{c_.code[end], c_.code[end].op};
+  stop.at.op = OP_END;
+  run_to_end(begin);
+}
+
+void Schedule::run_to_end(uint32_t begin) {
   // Each handler jumps straight to the next one: one indirect jump per
   // handler rather than one shared by all, which the processor predicts
   // far better over a long schedule.
@@ -203,13 +215,12 @@ void Schedule::run(uint32_t begin, uint32_t end) {
   uint8_t* out_s = s + c_.code_begin;
   uint32_t k = begin;
   const StepInstr* in = code + begin;
-  const StepInstr* const stop = code + end;
   const Slots x{v, s, out_v, out_s};
-#define NEXT                      \
-  do {                            \
-    ++k;                          \
-    if (++in == stop) return;     \
-    goto* kHandlers[in->op];      \
+#define NEXT                 \
+  do {                       \
+    ++k;                     \
+    ++in;                    \
+    goto* kHandlers[in->op]; \
   } while (0)
   goto* kHandlers[in->op];
   L_NOT:
@@ -416,6 +427,8 @@ void Schedule::run(uint32_t begin, uint32_t end) {
   L_IF_GE_IK:
     choose_by<IntVal, Ge, true>(*in, x, k);
     NEXT;
+  L_END:
+    return;
   L_NONE:
   L_CONST:
   L_INPUT:

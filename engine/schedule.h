@@ -91,6 +91,7 @@ struct FirstNext {
 /// then the memories' states (those of the first-instant flags last), then
 /// one per instruction of `code`.
 struct StepCode {
+  /// One instruction per slot after `code_begin`, then an OP_END.
   std::vector<StepInstr> code;
   /// The assertions, then the outputs, each after the one before it.
   std::vector<ScheduleRoot> roots;
@@ -137,6 +138,8 @@ class Schedule {
 
  private:
   void run(uint32_t begin, uint32_t end);
+  /// Runs from `begin` up to the first OP_END.
+  void run_to_end(uint32_t begin);
 
   StepCode c_;
 };

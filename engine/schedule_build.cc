@@ -355,7 +355,8 @@ class Deriver {
   }
 
   void encode() {
-    out_.code.resize(position_);
+    out_.code.resize(position_ + 1);
+    out_.code.back().op = OP_END;
     out_.values.resize(out_.code_begin + position_, 0);
     out_.statuses.resize(out_.code_begin + position_, ST_NIL);
     for (const Entry& e : entries_) {
@@ -472,6 +473,7 @@ class Deriver {
       case OP_IF_LE_IK:
       case OP_IF_GT_IK:
       case OP_IF_GE_IK:
+      case OP_END:
         internal_error("file 'schedule_build':\nno instruction for operation %d\n", item_op);
       default:
         break;

@@ -97,7 +97,10 @@
   X(IF_LT_IK) \
   X(IF_LE_IK) \
   X(IF_GT_IK) \
-  X(IF_GE_IK)
+  X(IF_GE_IK) \
+  /* Where a run of the code stops: put over the instruction after the */ \
+  /* last one to run while it runs, and after the whole code for good. */ \
+  X(END)
 
 enum StepOp : uint8_t {
 #define KORVEL_STEP_OP_ENUM(name) OP_##name,
