@@ -174,6 +174,7 @@ void Schedule::advance() {
   for (const FirstNext& f : c_.firsts) {
     if (truth(v[f.state])) v[f.state] = !truth(v[f.clock]);
   }
+  if (first_step_) swap_first_step();
 }
 
 void Schedule::reset() {
@@ -183,6 +184,12 @@ void Schedule::reset() {
     c_.statuses[slot] = 0;
   }
   for (const ScheduleRoot& root : c_.roots) root.item->status = ST_NIL;
+  if (!first_step_) swap_first_step();
+}
+
+void Schedule::swap_first_step() {
+  for (FirstStepInstr& x : c_.first_step) std::swap(c_.code[x.position], x.held);
+  first_step_ = !first_step_;
 }
 
 void Schedule::run(uint32_t begin, uint32_t end) {

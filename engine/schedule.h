@@ -87,11 +87,19 @@ struct FirstNext {
   uint32_t state, clock;
 };
 
+/// An instruction that differs at the first step from the steps after.
+struct FirstStepInstr {
+  uint32_t position;
+  /// The one that is not in the code.
+  StepInstr held;
+};
+
 /// What a program's step is made of. Slots: constants and inputs first,
 /// then the memories' states (those of the first-instant flags last), then
 /// one per instruction of `code`.
 struct StepCode {
-  /// One instruction per slot after `code_begin`, then an OP_END.
+  /// One instruction per slot after `code_begin`, then an OP_END; as at the
+  /// first step.
   std::vector<StepInstr> code;
   /// The assertions, then the outputs, each after the one before it.
   std::vector<ScheduleRoot> roots;
@@ -108,6 +116,8 @@ struct StepCode {
   std::vector<double (*)(double, double)> binary;
   /// Each input item and its slot, which a step starts by filling.
   std::vector<std::pair<EvalItem*, uint32_t>> inputs;
+  /// Swapped with the code after the first step, and back at a reset.
+  std::vector<FirstStepInstr> first_step;
   uint32_t states_begin = 0;
   uint32_t first_states_begin = 0;
   uint32_t code_begin = 0;
@@ -140,6 +150,8 @@ class Schedule {
   void run(uint32_t begin, uint32_t end);
   /// Runs from `begin` up to the first OP_END.
   void run_to_end(uint32_t begin);
+  void swap_first_step();
 
   StepCode c_;
+  bool first_step_ = true;
 };

@@ -86,6 +86,7 @@ class Deriver {
         kept_(slot_),
         computed_at_(slot_),
         fused_(slot_.size(), 0),
+        elided_(slot_.size(), 0),
         aliased_(slot_.size(), 0) {
     // An entry per item reached, and at most three per memory and one per
     // root besides, but for the rare operands read as zero.
@@ -99,7 +100,9 @@ class Deriver {
     for (EvalItem* root : p_.output_items) walk_root(root);
     const size_t advance_entry = entries_.size();
     for (auto m = p_.memories.rbegin(); m != p_.memories.rend(); ++m) walk_next(*m);
+    count_reads();
     fuse_comparisons();
+    elide_first_choices();
     find_aliases();
     lay_out(advance_entry);
     encode();
@@ -238,6 +241,19 @@ class Deriver {
     }
   }
 
+  /// How many times each item is read, counts stopping at two.
+  void count_reads() {
+    reads_.assign(slot_.size(), 0);
+    auto read = [&](const EvalItem* x) { reads_[x->number] = std::min(reads_[x->number] + 1, 2); };
+    for (const Entry& e : entries_) {
+      if (e.what == Entry::kZero || e.what == Entry::kState) continue;
+      const int n = e.what == Entry::kCheck ? 1 : e.item->n_operands;
+      for (int j = 0; j < n; ++j) read(e.item->operands[j]);
+      // A first-instant flag's next state reads its own value.
+      if (e.what == Entry::kNext && op(*e.item) == OP_FIRST) read(e.item);
+    }
+  }
+
   // A comparison that only its `if` reads, as its condition, is compared
   // by the `if` itself: one instruction less. It still compares what it
   // would have compared: read by no one else, it is reached from its `if`
@@ -246,32 +262,63 @@ class Deriver {
   // the `if`, to be computed after it. An int `if` over a real branch
   // keeps its own instruction, which takes the branch's low half.
   void fuse_comparisons() {
-    // Whether an item is read once: counts stop at two.
-    std::vector<uint8_t> reads(slot_.size(), 0);
-    auto read = [&](const EvalItem* x) { reads[x->number] = std::min(reads[x->number] + 1, 2); };
-    for (const Entry& e : entries_) {
-      if (e.what == Entry::kZero || e.what == Entry::kState) continue;
-      const int n = e.what == Entry::kCheck ? 1 : e.item->n_operands;
-      for (int j = 0; j < n; ++j) read(e.item->operands[j]);
-      // A first-instant flag's next state reads its own value.
-      if (e.what == Entry::kNext && op(*e.item) == OP_FIRST) read(e.item);
-    }
     for (const Entry& e : entries_) {
       if (e.what != Entry::kCompute || !is_choice(op(*e.item))) continue;
       const EvalItem& choice = *e.item;
       const EvalItem& compare = *choice.operands[0];
       const StepOp compare_op = op(compare);
       fused_[compare.number] =
-          fused_if(compare_op) != OP_NONE && reads[compare.number] == 1 &&
+          fused_if(compare_op) != OP_NONE && reads_[compare.number] == 1 &&
           !reads_as_zero(compare_op, compare, 0) && !reads_as_zero(compare_op, compare, 1) &&
           !(op(choice) == OP_COND_I && (choice.operands[1]->value_kind == VK_REAL ||
                                         choice.operands[2]->value_kind == VK_REAL));
     }
   }
 
+  // A first-instant flag on the base clock is true at the first step and
+  // false from then on, until a reset: an `->` over it is its left operand
+  // at the first step and its right one after. When nothing else reads
+  // the right operand, the two share its slot and the `->` takes no
+  // instruction: the right operand's instruction copies the left operand
+  // at the first step instead (`first_step`), which no one misses, and
+  // computes from then on. The slot holds the value of the `->` between
+  // steps, which is what a read before it is computed (a cycle, a memory
+  // read from it) wants. Read by the `->` alone, the right operand is
+  // reached from it only, and computed right before it.
+  void elide_first_choices() {
+    for (uint32_t i = 0; i < entries_.size(); ++i) {
+      const Entry& e = entries_[i];
+      if (e.what != Entry::kCompute || !is_choice(op(*e.item))) continue;
+      const EvalItem& choice = *e.item;
+      const EvalItem& right = *choice.operands[2];
+      bool plain = true;
+      for (int j = 0; j < 3; ++j) plain = plain && !reads_as_zero(op(choice), choice, j);
+      // An int `->` over a real operand takes its low half.
+      const bool whole = op(choice) != OP_COND_I || (choice.operands[1]->value_kind != VK_REAL &&
+                                                     right.value_kind != VK_REAL);
+      elided_[choice.number] = plain && whole && true_only_first(*choice.operands[0]) &&
+                               i > 0 && computed_at_[right.number] == i - 1 && !fused_[right.number] &&
+                               !elided_[right.number] && reads_[right.number] == 1;
+    }
+  }
+
+  /// A first-instant flag whose clock is a true constant.
+  bool true_only_first(const EvalItem& flag) const {
+    if (op(flag) != OP_FIRST || reads_as_zero(OP_FIRST, flag, 0)) return false;
+    const EvalItem& clock = *flag.operands[0];
+    return op(clock) == OP_CONST && static_cast<uint32_t>(word_of(clock.value_kind, clock.value)) != 0;
+  }
+
+  /// Where an item is computed: for an elided `->`, where its right
+  /// operand is.
+  uint32_t computed_at(const EvalItem& x) const {
+    return computed_at_[(elided_[x.number] ? *x.operands[2] : x).number];
+  }
+
   // A memory on the base clock holds the value its operand had at the
   // step before. When every read of the memory comes before its operand is
-  // computed, the operand's own slot still holds that value there: the
+  // computed, or with it (an instruction reads its operands before it
+  // writes), the operand's own slot still holds that value there: the
   // memory is read from it and takes no next state. It is nil at the first
   // step and after a reset, as the operand's slot is then.
   void find_aliases() {
@@ -284,8 +331,14 @@ class Deriver {
       const Entry& e = entries_[i];
       switch (e.what) {
         case Entry::kCompute: {
-          // A comparison its `if` makes reads its operands where the `if` is.
+          // A comparison its `if` makes reads its operands where the `if` is;
+          // an elided `->` reads its left operand at the first step only,
+          // right before.
           if (fused_[e.item->number]) break;
+          if (elided_[e.item->number]) {
+            note(e.item->operands[1], i);
+            break;
+          }
           for (int j = 0; j < e.item->n_operands; ++j) note(e.item->operands[j], i);
           if (is_choice(op(*e.item)) && fused_[e.item->operands[0]->number]) {
             const EvalItem& compare = *e.item->operands[0];
@@ -317,28 +370,32 @@ class Deriver {
     for (const EvalItem* m : p_.memories) {
       if (!takes_word_always(*m)) continue;
       const EvalItem& operand = *m->operands[0];
-      const uint32_t at = computed_at_[operand.number];
-      aliased_[m->number] = at != kUnplaced && !fused_[operand.number] && last_read[m->number] < at;
+      const uint32_t at = computed_at(operand);
+      aliased_[m->number] = at != kUnplaced && !fused_[operand.number] && last_read[m->number] <= at;
     }
   }
 
-  bool is_fused(const Entry& e) const {
-    return e.what == Entry::kCompute && fused_[e.item->number];
+  /// A computation with no instruction: a fused comparison, an elided `->`.
+  bool is_folded(const Entry& e) const {
+    return e.what == Entry::kCompute && (fused_[e.item->number] || elided_[e.item->number]);
   }
 
-  /// Code positions in the walk's order, leaving out the fused comparisons.
+  /// Code positions in the walk's order, leaving out the folded items.
   void lay_out(size_t advance_entry) {
     uint32_t next = 0;
     for (size_t i = 0; i < entries_.size(); ++i) {
       Entry& e = entries_[i];
       if (i == advance_entry) out_.advance_begin = next;
       if (e.what == Entry::kRoot) e.position = next;
-      if (takes_slot(e) && !is_fused(e)) e.position = next++;
+      if (takes_slot(e) && !is_folded(e)) e.position = next++;
     }
     if (advance_entry == entries_.size()) out_.advance_begin = next;
     position_ = next;
+    // The right operand of an elided `->` comes before it.
     for (const Entry& e : entries_) {
-      if (e.what == Entry::kCompute && !is_fused(e)) {
+      if (e.what == Entry::kCompute && elided_[e.item->number]) {
+        slot_[e.item->number] = slot_[e.item->operands[2]->number];
+      } else if (e.what == Entry::kCompute && !fused_[e.item->number]) {
         slot_[e.item->number] = out_.code_begin + e.position;
       }
       if (e.what == Entry::kState) kept_[e.item->number] = out_.code_begin + e.position;
@@ -373,10 +430,17 @@ class Deriver {
           out_.code[e.position] = {OP_STATE, slot_[item.number], 0, 0, 0};
           continue;
         case Entry::kCompute: {
-          if (is_fused(e)) continue;
+          if (fused_[item.number]) continue;
           const uint32_t slot = slot_[item.number];
           out_.values[slot] = word_of(item.value_kind, item.value);
           out_.statuses[slot] = static_cast<uint8_t>(item.status);
+          if (elided_[item.number]) {
+            // Its right operand's instruction is already in place.
+            StepInstr& right = out_.code[slot - out_.code_begin];
+            out_.first_step.push_back({slot - out_.code_begin, right});
+            right = {OP_STATE, operand_slot(item, 1), 0, 0, 0};
+            continue;
+          }
           out_.code[e.position] = compute(item);
           break;
         }
@@ -531,9 +595,12 @@ class Deriver {
   std::vector<uint32_t> kept_;
   /// By item number: the entry that computes it, or kUnplaced.
   std::vector<uint32_t> computed_at_;
-  /// By item number: a comparison its `if` makes; a memory read from its
-  /// operand's slot.
+  /// By item number: how often it is read (0, 1, or 2 for more); a
+  /// comparison its `if` makes; an `->` read from its right operand's slot;
+  /// a memory read from its operand's slot.
+  std::vector<uint8_t> reads_;
   std::vector<uint8_t> fused_;
+  std::vector<uint8_t> elided_;
   std::vector<uint8_t> aliased_;
   /// As deep as the longest chain: a deque grows without copying itself.
   std::deque<Frame> stack_;
