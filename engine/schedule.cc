@@ -139,14 +139,16 @@ using Ge = Compare<std::greater_equal>;
 
 }  // namespace
 
-void Schedule::take_inputs() {
+void Schedule::begin_step() {
   for (const auto& [item, slot] : c_.inputs)
     c_.values[slot] = word_of(item->value_kind, item->value);
+  // No instruction before the next states' can end the process, so nothing
+  // tells their runs apart from one run before the first root is sampled.
+  run(0, c_.advance_begin);
 }
 
 void Schedule::sample(size_t i) {
   const ScheduleRoot& root = c_.roots[i];
-  run(i == 0 ? 0 : c_.roots[i - 1].end, root.end);
   if (c_.statuses[root.clock] != 0) clock_takes_on_nil();
   SampledEI& item = *root.item;
   item.absent = !truth(c_.values[root.clock]);

@@ -61,10 +61,9 @@ struct StepInstr {
   uint32_t d;
 };
 
-/// An output or assertion: the code that ends with its operands computed.
+/// An output or assertion and the slots of its operands.
 struct ScheduleRoot {
   SampledEI* item;
-  uint32_t end;
   uint32_t value;
   uint32_t clock;
 };
@@ -101,9 +100,10 @@ struct StepCode {
   /// One instruction per slot after `code_begin`, then an OP_END; as at the
   /// first step.
   std::vector<StepInstr> code;
-  /// The assertions, then the outputs, each after the one before it.
+  /// The assertions, then the outputs, whose code comes first, each's after
+  /// the one before it.
   std::vector<ScheduleRoot> roots;
-  /// After the roots, up to the end of the code: the memories' next states'
+  /// After the roots' code, up to the end: the memories' next states'
   /// operands, newest memory first. Then the memories take them; as none
   /// reads another's state there, in any order.
   uint32_t advance_begin = 0;
@@ -134,10 +134,11 @@ class Schedule {
  public:
   explicit Schedule(StepCode code) : c_(std::move(code)) {}
 
-  /// Takes the values the front end wrote into the input items.
-  void take_inputs();
-  /// Computes root `i` (the assertions, then the outputs) and writes its
-  /// value, status and absence into its item.
+  /// Takes the values the front end wrote into the input items and
+  /// computes what the assertions and outputs read.
+  void begin_step();
+  /// Writes the value, status and absence of root `i` (the assertions,
+  /// then the outputs) into its item.
   void sample(size_t i);
   /// Advances every memory: all next states are computed, then all taken.
   void advance();

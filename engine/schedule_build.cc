@@ -49,8 +49,7 @@ struct Entry {
   static constexpr int kMaxOperand = (1 << 29) - 1;
 
   EvalItem* item;
-  /// In the walk's order, then in the code: where its instruction goes;
-  /// for a root, where its code ends.
+  /// In the walk's order, then in the code: where its instruction goes.
   uint32_t position;
   // A million items take as many entries: 16 bytes each, not 24.
   What what : 3;
@@ -98,12 +97,12 @@ class Deriver {
     place_leaves_and_states();
     for (EvalItem* root : p_.assert_items) walk_root(root);
     for (EvalItem* root : p_.output_items) walk_root(root);
-    const size_t advance_entry = entries_.size();
+    const auto advance_entry = static_cast<uint32_t>(entries_.size());
     for (auto m = p_.memories.rbegin(); m != p_.memories.rend(); ++m) walk_next(*m);
     count_reads();
     fuse_comparisons();
     elide_first_choices();
-    find_aliases();
+    find_aliases(advance_entry);
     lay_out(advance_entry);
     encode();
     return std::move(out_);
@@ -321,7 +320,7 @@ class Deriver {
   // writes), the operand's own slot still holds that value there: the
   // memory is read from it and takes no next state. It is nil at the first
   // step and after a reset, as the operand's slot is then.
-  void find_aliases() {
+  void find_aliases(uint32_t advance_entry) {
     constexpr uint32_t kAfterTheCode = UINT32_MAX;
     std::vector<uint32_t> last_read(slot_.size(), 0);
     auto note = [&](const EvalItem* read, uint32_t at) {
@@ -356,8 +355,9 @@ class Deriver {
           note(e.item, i);
           break;
         case Entry::kRoot:
-          note(e.item->operands[0], i);
-          note(e.item->operands[1], i);
+          // Sampled once all of the roots' code has run.
+          note(e.item->operands[0], advance_entry);
+          note(e.item->operands[1], advance_entry);
           break;
         case Entry::kNext:
           // A memory read through a copy is read where the copy is made.
@@ -381,12 +381,11 @@ class Deriver {
   }
 
   /// Code positions in the walk's order, leaving out the folded items.
-  void lay_out(size_t advance_entry) {
+  void lay_out(uint32_t advance_entry) {
     uint32_t next = 0;
     for (size_t i = 0; i < entries_.size(); ++i) {
       Entry& e = entries_[i];
       if (i == advance_entry) out_.advance_begin = next;
-      if (e.what == Entry::kRoot) e.position = next;
       if (takes_slot(e) && !is_folded(e)) e.position = next++;
     }
     if (advance_entry == entries_.size()) out_.advance_begin = next;
@@ -445,7 +444,7 @@ class Deriver {
           break;
         }
         case Entry::kRoot:
-          out_.roots.push_back({static_cast<SampledEI*>(e.item), e.position, operand_slot(item, 0),
+          out_.roots.push_back({static_cast<SampledEI*>(e.item), operand_slot(item, 0),
                                 operand_slot(item, 1)});
           break;
         case Entry::kNext:
