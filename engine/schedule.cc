@@ -55,7 +55,7 @@ struct Slots {
 /// The strict rule: the operands' statuses ORed; only when they are all
 /// defined the operation, which may add a status of its own.
 template <class Out, class In, class Op>
-inline void strict(const StepInstr& in, const Slots& x, uint32_t k, Op op = Op{}) {
+inline void strict(const StepInstr& in, const Slots& x, size_t k, Op op = Op{}) {
   unsigned st;
   typename Out::T r{};
   if constexpr (Op::arity == 1) {
@@ -71,7 +71,7 @@ inline void strict(const StepInstr& in, const Slots& x, uint32_t k, Op op = Op{}
 
 /// `strict` over an int and a constant, which is always defined.
 template <class Out, class Op>
-inline void strict_by_constant(const StepInstr& in, const Slots& x, uint32_t k) {
+inline void strict_by_constant(const StepInstr& in, const Slots& x, size_t k) {
   unsigned st = x.s[in.a];
   typename Out::T r{};
   if (st == 0) [[likely]] st = Op{}(Word<IntVal>::get(x.v[in.a]), Word<IntVal>::get(in.b), r);
@@ -80,7 +80,7 @@ inline void strict_by_constant(const StepInstr& in, const Slots& x, uint32_t k) 
 }
 
 template <class Op>
-inline void logic(const StepInstr& in, const Slots& x, uint32_t k) {
+inline void logic(const StepInstr& in, const Slots& x, size_t k) {
   int32_t r = 0;
   const unsigned st = three_valued<Op>(x.s[in.a], truth(x.v[in.a]), x.s[in.b], truth(x.v[in.b]), r);
   x.out_s[k] = static_cast<uint8_t>(st);
@@ -88,7 +88,7 @@ inline void logic(const StepInstr& in, const Slots& x, uint32_t k) {
 }
 
 template <class Op>
-void count(const StepInstr& in, const uint32_t* list, const Slots& x, uint32_t k) {
+void count(const StepInstr& in, const uint32_t* list, const Slots& x, size_t k) {
   unsigned st = 0;
   int n_true = 0;
   for (uint32_t j = 0; j < in.b; ++j) {
@@ -107,7 +107,7 @@ inline uint8_t first_status(unsigned first, uint8_t then) {
 
 /// `if`: the condition's status if it has one, else the chosen branch's;
 /// an int result takes the branch's low half.
-inline void choose(const StepInstr& in, const Slots& x, uint32_t k, uint64_t mask) {
+inline void choose(const StepInstr& in, const Slots& x, size_t k, uint64_t mask) {
   const uint8_t st = x.s[in.a];
   const uint32_t chosen = truth(x.v[in.a]) ? in.b : in.c;
   x.out_s[k] = first_status(st, x.s[chosen]);
@@ -118,7 +118,7 @@ inline void choose(const StepInstr& in, const Slots& x, uint32_t k, uint64_t mas
 /// in `a` and `b`, the branches in `c` and `d`. A comparison adds no
 /// status, so the condition's is its operands'.
 template <class In, class Cmp, bool kConstant = false>
-inline void choose_by(const StepInstr& in, const Slots& x, uint32_t k) {
+inline void choose_by(const StepInstr& in, const Slots& x, size_t k) {
   const unsigned st = kConstant ? x.s[in.a] : x.s[in.a] | x.s[in.b];
   int32_t holds = 0;
   Cmp{}(Word<In>::get(x.v[in.a]), Word<In>::get(kConstant ? in.b : x.v[in.b]), holds);
@@ -222,7 +222,7 @@ void Schedule::run_to_end(uint32_t begin) {
   uint8_t* s = c_.statuses.data();
   uint64_t* out_v = v + c_.code_begin;
   uint8_t* out_s = s + c_.code_begin;
-  uint32_t k = begin;
+  size_t k = begin;
   const StepInstr* in = code + begin;
   const Slots x{v, s, out_v, out_s};
 #define NEXT                 \
