@@ -69,12 +69,22 @@ inline void strict(const StepInstr& in, const Slots& x, size_t k, Op op = Op{}) 
   x.out_v[k] = Word<Out>::put(r);
 }
 
-/// `strict` over an int and a constant, which is always defined.
-template <class Out, class Op>
+/// Where an instruction finds its second operand's value: in the slot `b`
+/// names, in `b` itself (an int constant), or in the slot of a constant,
+/// whose status it need not read.
+enum class Second { kSlot, kHeld, kConstantSlot };
+
+template <class In, Second kSecond>
+inline typename In::T second(const StepInstr& in, const Slots& x) {
+  return Word<In>::get(kSecond == Second::kHeld ? in.b : x.v[in.b]);
+}
+
+/// `strict` over an operand and a constant, which is always defined.
+template <class Out, class In, class Op, Second kSecond>
 inline void strict_by_constant(const StepInstr& in, const Slots& x, size_t k) {
   unsigned st = x.s[in.a];
   typename Out::T r{};
-  if (st == 0) [[likely]] st = Op{}(Word<IntVal>::get(x.v[in.a]), Word<IntVal>::get(in.b), r);
+  if (st == 0) [[likely]] st = Op{}(Word<In>::get(x.v[in.a]), second<In, kSecond>(in, x), r);
   x.out_s[k] = static_cast<uint8_t>(st);
   x.out_v[k] = Word<Out>::put(r);
 }
@@ -117,11 +127,11 @@ inline void choose(const StepInstr& in, const Slots& x, size_t k, uint64_t mask)
 /// An `if` whose condition it compares itself: the comparison's operands
 /// in `a` and `b`, the branches in `c` and `d`. A comparison adds no
 /// status, so the condition's is its operands'.
-template <class In, class Cmp, bool kConstant = false>
+template <class In, class Cmp, Second kSecond = Second::kSlot>
 inline void choose_by(const StepInstr& in, const Slots& x, size_t k) {
-  const unsigned st = kConstant ? x.s[in.a] : x.s[in.a] | x.s[in.b];
+  const unsigned st = kSecond == Second::kSlot ? x.s[in.a] | x.s[in.b] : x.s[in.a];
   int32_t holds = 0;
-  Cmp{}(Word<In>::get(x.v[in.a]), Word<In>::get(kConstant ? in.b : x.v[in.b]), holds);
+  Cmp{}(Word<In>::get(x.v[in.a]), second<In, kSecond>(in, x), holds);
   const uint32_t chosen = holds ? in.c : in.d;
   x.out_s[k] = first_status(st, x.s[chosen]);
   x.out_v[k] = x.v[chosen];
@@ -398,43 +408,55 @@ void Schedule::run_to_end(uint32_t begin) {
     if (s[in->a] != 0) clock_takes_on_nil();
     NEXT;
   L_ADD_IK:
-    strict_by_constant<IntVal, Plus>(*in, x, k);
+    strict_by_constant<IntVal, IntVal, Plus, Second::kHeld>(*in, x, k);
     NEXT;
   L_EQ_IK:
-    strict_by_constant<BoolVal, Eq>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Eq, Second::kHeld>(*in, x, k);
     NEXT;
   L_NE_IK:
-    strict_by_constant<BoolVal, Ne>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Ne, Second::kHeld>(*in, x, k);
     NEXT;
   L_LT_IK:
-    strict_by_constant<BoolVal, Lt>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Lt, Second::kHeld>(*in, x, k);
     NEXT;
   L_LE_IK:
-    strict_by_constant<BoolVal, Le>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Le, Second::kHeld>(*in, x, k);
     NEXT;
   L_GT_IK:
-    strict_by_constant<BoolVal, Gt>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Gt, Second::kHeld>(*in, x, k);
     NEXT;
   L_GE_IK:
-    strict_by_constant<BoolVal, Ge>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Ge, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_EQ_IK:
-    choose_by<IntVal, Eq, true>(*in, x, k);
+    choose_by<IntVal, Eq, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_NE_IK:
-    choose_by<IntVal, Ne, true>(*in, x, k);
+    choose_by<IntVal, Ne, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_LT_IK:
-    choose_by<IntVal, Lt, true>(*in, x, k);
+    choose_by<IntVal, Lt, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_LE_IK:
-    choose_by<IntVal, Le, true>(*in, x, k);
+    choose_by<IntVal, Le, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_GT_IK:
-    choose_by<IntVal, Gt, true>(*in, x, k);
+    choose_by<IntVal, Gt, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_GE_IK:
-    choose_by<IntVal, Ge, true>(*in, x, k);
+    choose_by<IntVal, Ge, Second::kHeld>(*in, x, k);
+    NEXT;
+  L_EQ_NK:
+    strict_by_constant<BoolVal, NameVal, Eq, Second::kConstantSlot>(*in, x, k);
+    NEXT;
+  L_NE_NK:
+    strict_by_constant<BoolVal, NameVal, Ne, Second::kConstantSlot>(*in, x, k);
+    NEXT;
+  L_IF_EQ_NK:
+    choose_by<NameVal, Eq, Second::kConstantSlot>(*in, x, k);
+    NEXT;
+  L_IF_NE_NK:
+    choose_by<NameVal, Ne, Second::kConstantSlot>(*in, x, k);
     NEXT;
   L_END:
     return;

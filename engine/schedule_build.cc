@@ -70,6 +70,9 @@ StepOp fused_if(StepOp compare) {
 // constant are listed in the same order.
 static_assert(OP_GE_I - OP_EQ_I == OP_GE_IK - OP_EQ_IK);
 static_assert(OP_IF_GE_I - OP_IF_EQ_I == OP_IF_GE_IK - OP_IF_EQ_IK);
+// So are the name equalities and theirs over a constant.
+static_assert(OP_NE_N - OP_EQ_N == OP_NE_NK - OP_EQ_NK);
+static_assert(OP_IF_NE_N - OP_IF_EQ_N == OP_IF_NE_NK - OP_IF_EQ_NK);
 
 bool is_choice(StepOp op) {
   return op == OP_COND_I || op == OP_COND_R || op == OP_COND_N;
@@ -125,6 +128,11 @@ class Deriver {
     if (op(operand) != OP_CONST || reads_as_zero(op(item), item, j)) return false;
     word = static_cast<uint32_t>(word_of(operand.value_kind, operand.value));
     return true;
+  }
+
+  /// Whether `item` reads a constant as its operand `j`, as it is.
+  bool reads_constant_slot(const EvalItem& item, int j) const {
+    return op(*item.operands[j]) == OP_CONST && !reads_as_zero(op(item), item, j);
   }
 
   uint32_t new_slot(uint64_t value, uint8_t status) {
@@ -483,6 +491,11 @@ class Deriver {
                     slot_[compare.operands[0]->number], k, operand_slot(item, 1),
                     operand_slot(item, 2)};
           }
+          if (fused >= OP_IF_EQ_N && reads_constant_slot(compare, 1)) {
+            return {static_cast<StepOp>(OP_IF_EQ_NK + (fused - OP_IF_EQ_N)),
+                    slot_[compare.operands[0]->number], slot_[compare.operands[1]->number],
+                    operand_slot(item, 1), operand_slot(item, 2)};
+          }
           return {fused, slot_[compare.operands[0]->number], slot_[compare.operands[1]->number],
                   operand_slot(item, 1), operand_slot(item, 2)};
         }
@@ -496,6 +509,13 @@ class Deriver {
       case OP_GT_I:
       case OP_GE_I:
         if (uint32_t k; reads_constant(item, 1, k)) return by_constant(item, k);
+        break;
+      case OP_EQ_N:
+      case OP_NE_N:
+        if (reads_constant_slot(item, 1)) {
+          return {static_cast<StepOp>(OP_EQ_NK + (item_op - OP_EQ_N)), operand_slot(item, 0),
+                  slot_[item.operands[1]->number], 0, 0};
+        }
         break;
       case OP_UNARY_CALL:
         out_.unary.push_back(static_cast<const UFUNC_double_EI&>(item).op.function);
@@ -536,6 +556,10 @@ class Deriver {
       case OP_IF_LE_IK:
       case OP_IF_GT_IK:
       case OP_IF_GE_IK:
+      case OP_EQ_NK:
+      case OP_NE_NK:
+      case OP_IF_EQ_NK:
+      case OP_IF_NE_NK:
       case OP_END:
         internal_error("file 'schedule_build':\nno instruction for operation %d\n", item_op);
       default:

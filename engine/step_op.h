@@ -98,6 +98,12 @@
   X(IF_LE_IK) \
   X(IF_GT_IK) \
   X(IF_GE_IK) \
+  /* Name comparisons whose second operand is a constant, read from its */ \
+  /* slot: its status is 0. */ \
+  X(EQ_NK) \
+  X(NE_NK) \
+  X(IF_EQ_NK) \
+  X(IF_NE_NK) \
   /* Where a run of the code stops: put over the instruction after the */ \
   /* last one to run while it runs, and after the whole code for good. */ \
   X(END)

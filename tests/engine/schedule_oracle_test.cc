@@ -334,7 +334,7 @@ TEST(ScheduleOracle, RandomProgramsRunAlikeBothWays) {
   EXPECT_GT(seen.low_half, 0);
   EXPECT_GT(seen.first, 0);
   EXPECT_GT(seen.elided, static_cast<int>(kPrograms) / 10);
-  for (int op = OP_ZERO; op <= OP_IF_GE_IK; ++op) {
+  for (int op = OP_ZERO; op < OP_END; ++op) {
     // A memory read by another one's next state has tests of its own.
     if (op != OP_STATE) {
       EXPECT_TRUE(seen.code_ops.count(op)) << "instruction " << op;
