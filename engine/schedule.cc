@@ -55,7 +55,7 @@ struct Slots {
 /// The strict rule: the operands' statuses ORed; only when they are all
 /// defined the operation, which may add a status of its own.
 template <class Out, class In, class Op>
-inline void strict(const StepInstr& in, const Slots& x, uint32_t k, Op op = Op{}) {
+inline void strict(const StepInstr& in, const Slots& x, size_t k, Op op = Op{}) {
   unsigned st;
   typename Out::T r{};
   if constexpr (Op::arity == 1) {
@@ -69,18 +69,28 @@ inline void strict(const StepInstr& in, const Slots& x, uint32_t k, Op op = Op{}
   x.out_v[k] = Word<Out>::put(r);
 }
 
-/// `strict` over an int and a constant, which is always defined.
-template <class Out, class Op>
-inline void strict_by_constant(const StepInstr& in, const Slots& x, uint32_t k) {
+/// Where an instruction finds its second operand's value: in the slot `b`
+/// names, in `b` itself (an int constant), or in the slot of a constant,
+/// whose status it need not read.
+enum class Second { kSlot, kHeld, kConstantSlot };
+
+template <class In, Second kSecond>
+inline typename In::T second(const StepInstr& in, const Slots& x) {
+  return Word<In>::get(kSecond == Second::kHeld ? in.b : x.v[in.b]);
+}
+
+/// `strict` over an operand and a constant, which is always defined.
+template <class Out, class In, class Op, Second kSecond>
+inline void strict_by_constant(const StepInstr& in, const Slots& x, size_t k) {
   unsigned st = x.s[in.a];
   typename Out::T r{};
-  if (st == 0) [[likely]] st = Op{}(Word<IntVal>::get(x.v[in.a]), Word<IntVal>::get(in.b), r);
+  if (st == 0) [[likely]] st = Op{}(Word<In>::get(x.v[in.a]), second<In, kSecond>(in, x), r);
   x.out_s[k] = static_cast<uint8_t>(st);
   x.out_v[k] = Word<Out>::put(r);
 }
 
 template <class Op>
-inline void logic(const StepInstr& in, const Slots& x, uint32_t k) {
+inline void logic(const StepInstr& in, const Slots& x, size_t k) {
   int32_t r = 0;
   const unsigned st = three_valued<Op>(x.s[in.a], truth(x.v[in.a]), x.s[in.b], truth(x.v[in.b]), r);
   x.out_s[k] = static_cast<uint8_t>(st);
@@ -88,7 +98,7 @@ inline void logic(const StepInstr& in, const Slots& x, uint32_t k) {
 }
 
 template <class Op>
-void count(const StepInstr& in, const uint32_t* list, const Slots& x, uint32_t k) {
+void count(const StepInstr& in, const uint32_t* list, const Slots& x, size_t k) {
   unsigned st = 0;
   int n_true = 0;
   for (uint32_t j = 0; j < in.b; ++j) {
@@ -107,7 +117,7 @@ inline uint8_t first_status(unsigned first, uint8_t then) {
 
 /// `if`: the condition's status if it has one, else the chosen branch's;
 /// an int result takes the branch's low half.
-inline void choose(const StepInstr& in, const Slots& x, uint32_t k, uint64_t mask) {
+inline void choose(const StepInstr& in, const Slots& x, size_t k, uint64_t mask) {
   const uint8_t st = x.s[in.a];
   const uint32_t chosen = truth(x.v[in.a]) ? in.b : in.c;
   x.out_s[k] = first_status(st, x.s[chosen]);
@@ -117,11 +127,11 @@ inline void choose(const StepInstr& in, const Slots& x, uint32_t k, uint64_t mas
 /// An `if` whose condition it compares itself: the comparison's operands
 /// in `a` and `b`, the branches in `c` and `d`. A comparison adds no
 /// status, so the condition's is its operands'.
-template <class In, class Cmp, bool kConstant = false>
-inline void choose_by(const StepInstr& in, const Slots& x, uint32_t k) {
-  const unsigned st = kConstant ? x.s[in.a] : x.s[in.a] | x.s[in.b];
+template <class In, class Cmp, Second kSecond = Second::kSlot>
+inline void choose_by(const StepInstr& in, const Slots& x, size_t k) {
+  const unsigned st = kSecond == Second::kSlot ? x.s[in.a] | x.s[in.b] : x.s[in.a];
   int32_t holds = 0;
-  Cmp{}(Word<In>::get(x.v[in.a]), Word<In>::get(kConstant ? in.b : x.v[in.b]), holds);
+  Cmp{}(Word<In>::get(x.v[in.a]), second<In, kSecond>(in, x), holds);
   const uint32_t chosen = holds ? in.c : in.d;
   x.out_s[k] = first_status(st, x.s[chosen]);
   x.out_v[k] = x.v[chosen];
@@ -139,14 +149,16 @@ using Ge = Compare<std::greater_equal>;
 
 }  // namespace
 
-void Schedule::take_inputs() {
+void Schedule::begin_step() {
   for (const auto& [item, slot] : c_.inputs)
     c_.values[slot] = word_of(item->value_kind, item->value);
+  // No instruction before the next states' can end the process, so nothing
+  // tells their runs apart from one run before the first root is sampled.
+  run(0, c_.advance_begin);
 }
 
 void Schedule::sample(size_t i) {
   const ScheduleRoot& root = c_.roots[i];
-  run(i == 0 ? 0 : c_.roots[i - 1].end, root.end);
   if (c_.statuses[root.clock] != 0) clock_takes_on_nil();
   SampledEI& item = *root.item;
   item.absent = !truth(c_.values[root.clock]);
@@ -156,7 +168,7 @@ void Schedule::sample(size_t i) {
 }
 
 void Schedule::advance() {
-  run(c_.advance_begin, static_cast<uint32_t>(c_.code.size()));
+  run(c_.advance_begin, static_cast<uint32_t>(c_.code.size() - 1));
   uint64_t* v = c_.values.data();
   uint8_t* s = c_.statuses.data();
   // No reader looks at an undefined value, so an undefined one is copied
@@ -174,6 +186,7 @@ void Schedule::advance() {
   for (const FirstNext& f : c_.firsts) {
     if (truth(v[f.state])) v[f.state] = !truth(v[f.clock]);
   }
+  if (first_step_) swap_first_step();
 }
 
 void Schedule::reset() {
@@ -183,10 +196,28 @@ void Schedule::reset() {
     c_.statuses[slot] = 0;
   }
   for (const ScheduleRoot& root : c_.roots) root.item->status = ST_NIL;
+  if (!first_step_) swap_first_step();
+}
+
+void Schedule::swap_first_step() {
+  for (FirstStepInstr& x : c_.first_step) std::swap(c_.code[x.position], x.held);
+  first_step_ = !first_step_;
 }
 
 void Schedule::run(uint32_t begin, uint32_t end) {
   if (begin == end) return;
+  // No handler then checks for the end: the code stops at an instruction
+  // of its own, put back on every way out (a nil clock throws).
+  struct Stop {
+    StepInstr& at;
+    const StepOp held;
+    ~Stop() { at.op = held; }
+  } stop{c_.code[end], c_.code[end].op};
+  stop.at.op = OP_END;
+  run_to_end(begin);
+}
+
+void Schedule::run_to_end(uint32_t begin) {
   // Each handler jumps straight to the next one: one indirect jump per
   // handler rather than one shared by all, which the processor predicts
   // far better over a long schedule.
@@ -201,15 +232,14 @@ void Schedule::run(uint32_t begin, uint32_t end) {
   uint8_t* s = c_.statuses.data();
   uint64_t* out_v = v + c_.code_begin;
   uint8_t* out_s = s + c_.code_begin;
-  uint32_t k = begin;
+  size_t k = begin;
   const StepInstr* in = code + begin;
-  const StepInstr* const stop = code + end;
   const Slots x{v, s, out_v, out_s};
-#define NEXT                      \
-  do {                            \
-    ++k;                          \
-    if (++in == stop) return;     \
-    goto* kHandlers[in->op];      \
+#define NEXT                 \
+  do {                       \
+    ++k;                     \
+    ++in;                    \
+    goto* kHandlers[in->op]; \
   } while (0)
   goto* kHandlers[in->op];
   L_NOT:
@@ -378,44 +408,58 @@ void Schedule::run(uint32_t begin, uint32_t end) {
     if (s[in->a] != 0) clock_takes_on_nil();
     NEXT;
   L_ADD_IK:
-    strict_by_constant<IntVal, Plus>(*in, x, k);
+    strict_by_constant<IntVal, IntVal, Plus, Second::kHeld>(*in, x, k);
     NEXT;
   L_EQ_IK:
-    strict_by_constant<BoolVal, Eq>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Eq, Second::kHeld>(*in, x, k);
     NEXT;
   L_NE_IK:
-    strict_by_constant<BoolVal, Ne>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Ne, Second::kHeld>(*in, x, k);
     NEXT;
   L_LT_IK:
-    strict_by_constant<BoolVal, Lt>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Lt, Second::kHeld>(*in, x, k);
     NEXT;
   L_LE_IK:
-    strict_by_constant<BoolVal, Le>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Le, Second::kHeld>(*in, x, k);
     NEXT;
   L_GT_IK:
-    strict_by_constant<BoolVal, Gt>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Gt, Second::kHeld>(*in, x, k);
     NEXT;
   L_GE_IK:
-    strict_by_constant<BoolVal, Ge>(*in, x, k);
+    strict_by_constant<BoolVal, IntVal, Ge, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_EQ_IK:
-    choose_by<IntVal, Eq, true>(*in, x, k);
+    choose_by<IntVal, Eq, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_NE_IK:
-    choose_by<IntVal, Ne, true>(*in, x, k);
+    choose_by<IntVal, Ne, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_LT_IK:
-    choose_by<IntVal, Lt, true>(*in, x, k);
+    choose_by<IntVal, Lt, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_LE_IK:
-    choose_by<IntVal, Le, true>(*in, x, k);
+    choose_by<IntVal, Le, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_GT_IK:
-    choose_by<IntVal, Gt, true>(*in, x, k);
+    choose_by<IntVal, Gt, Second::kHeld>(*in, x, k);
     NEXT;
   L_IF_GE_IK:
-    choose_by<IntVal, Ge, true>(*in, x, k);
+    choose_by<IntVal, Ge, Second::kHeld>(*in, x, k);
     NEXT;
+  L_EQ_NK:
+    strict_by_constant<BoolVal, NameVal, Eq, Second::kConstantSlot>(*in, x, k);
+    NEXT;
+  L_NE_NK:
+    strict_by_constant<BoolVal, NameVal, Ne, Second::kConstantSlot>(*in, x, k);
+    NEXT;
+  L_IF_EQ_NK:
+    choose_by<NameVal, Eq, Second::kConstantSlot>(*in, x, k);
+    NEXT;
+  L_IF_NE_NK:
+    choose_by<NameVal, Ne, Second::kConstantSlot>(*in, x, k);
+    NEXT;
+  L_END:
+    return;
   L_NONE:
   L_CONST:
   L_INPUT:

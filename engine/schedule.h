@@ -61,10 +61,9 @@ struct StepInstr {
   uint32_t d;
 };
 
-/// An output or assertion: the code that ends with its operands computed.
+/// An output or assertion and the slots of its operands.
 struct ScheduleRoot {
   SampledEI* item;
-  uint32_t end;
   uint32_t value;
   uint32_t clock;
 };
@@ -87,14 +86,24 @@ struct FirstNext {
   uint32_t state, clock;
 };
 
+/// An instruction that differs at the first step from the steps after.
+struct FirstStepInstr {
+  uint32_t position;
+  /// The one that is not in the code.
+  StepInstr held;
+};
+
 /// What a program's step is made of. Slots: constants and inputs first,
 /// then the memories' states (those of the first-instant flags last), then
 /// one per instruction of `code`.
 struct StepCode {
+  /// One instruction per slot after `code_begin`, then an OP_END; as at the
+  /// first step.
   std::vector<StepInstr> code;
-  /// The assertions, then the outputs, each after the one before it.
+  /// The assertions, then the outputs, whose code comes first, each's after
+  /// the one before it.
   std::vector<ScheduleRoot> roots;
-  /// After the roots, up to the end of the code: the memories' next states'
+  /// After the roots' code, up to the end: the memories' next states'
   /// operands, newest memory first. Then the memories take them; as none
   /// reads another's state there, in any order.
   uint32_t advance_begin = 0;
@@ -107,6 +116,8 @@ struct StepCode {
   std::vector<double (*)(double, double)> binary;
   /// Each input item and its slot, which a step starts by filling.
   std::vector<std::pair<EvalItem*, uint32_t>> inputs;
+  /// Swapped with the code after the first step, and back at a reset.
+  std::vector<FirstStepInstr> first_step;
   uint32_t states_begin = 0;
   uint32_t first_states_begin = 0;
   uint32_t code_begin = 0;
@@ -123,10 +134,11 @@ class Schedule {
  public:
   explicit Schedule(StepCode code) : c_(std::move(code)) {}
 
-  /// Takes the values the front end wrote into the input items.
-  void take_inputs();
-  /// Computes root `i` (the assertions, then the outputs) and writes its
-  /// value, status and absence into its item.
+  /// Takes the values the front end wrote into the input items and
+  /// computes what the assertions and outputs read.
+  void begin_step();
+  /// Writes the value, status and absence of root `i` (the assertions,
+  /// then the outputs) into its item.
   void sample(size_t i);
   /// Advances every memory: all next states are computed, then all taken.
   void advance();
@@ -137,6 +149,10 @@ class Schedule {
 
  private:
   void run(uint32_t begin, uint32_t end);
+  /// Runs from `begin` up to the first OP_END.
+  void run_to_end(uint32_t begin);
+  void swap_first_step();
 
   StepCode c_;
+  bool first_step_ = true;
 };

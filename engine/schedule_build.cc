@@ -49,8 +49,7 @@ struct Entry {
   static constexpr int kMaxOperand = (1 << 29) - 1;
 
   EvalItem* item;
-  /// In the walk's order, then in the code: where its instruction goes;
-  /// for a root, where its code ends.
+  /// In the walk's order, then in the code: where its instruction goes.
   uint32_t position;
   // A million items take as many entries: 16 bytes each, not 24.
   What what : 3;
@@ -71,6 +70,9 @@ StepOp fused_if(StepOp compare) {
 // constant are listed in the same order.
 static_assert(OP_GE_I - OP_EQ_I == OP_GE_IK - OP_EQ_IK);
 static_assert(OP_IF_GE_I - OP_IF_EQ_I == OP_IF_GE_IK - OP_IF_EQ_IK);
+// So are the name equalities and theirs over a constant.
+static_assert(OP_NE_N - OP_EQ_N == OP_NE_NK - OP_EQ_NK);
+static_assert(OP_IF_NE_N - OP_IF_EQ_N == OP_IF_NE_NK - OP_IF_EQ_NK);
 
 bool is_choice(StepOp op) {
   return op == OP_COND_I || op == OP_COND_R || op == OP_COND_N;
@@ -86,6 +88,7 @@ class Deriver {
         kept_(slot_),
         computed_at_(slot_),
         fused_(slot_.size(), 0),
+        elided_(slot_.size(), 0),
         aliased_(slot_.size(), 0) {
     // An entry per item reached, and at most three per memory and one per
     // root besides, but for the rare operands read as zero.
@@ -97,10 +100,12 @@ class Deriver {
     place_leaves_and_states();
     for (EvalItem* root : p_.assert_items) walk_root(root);
     for (EvalItem* root : p_.output_items) walk_root(root);
-    const size_t advance_entry = entries_.size();
+    const auto advance_entry = static_cast<uint32_t>(entries_.size());
     for (auto m = p_.memories.rbegin(); m != p_.memories.rend(); ++m) walk_next(*m);
+    count_reads();
     fuse_comparisons();
-    find_aliases();
+    elide_first_choices();
+    find_aliases(advance_entry);
     lay_out(advance_entry);
     encode();
     return std::move(out_);
@@ -123,6 +128,11 @@ class Deriver {
     if (op(operand) != OP_CONST || reads_as_zero(op(item), item, j)) return false;
     word = static_cast<uint32_t>(word_of(operand.value_kind, operand.value));
     return true;
+  }
+
+  /// Whether `item` reads a constant as its operand `j`, as it is.
+  bool reads_constant_slot(const EvalItem& item, int j) const {
+    return op(*item.operands[j]) == OP_CONST && !reads_as_zero(op(item), item, j);
   }
 
   uint32_t new_slot(uint64_t value, uint8_t status) {
@@ -238,6 +248,19 @@ class Deriver {
     }
   }
 
+  /// How many times each item is read, counts stopping at two.
+  void count_reads() {
+    reads_.assign(slot_.size(), 0);
+    auto read = [&](const EvalItem* x) { reads_[x->number] = std::min(reads_[x->number] + 1, 2); };
+    for (const Entry& e : entries_) {
+      if (e.what == Entry::kZero || e.what == Entry::kState) continue;
+      const int n = e.what == Entry::kCheck ? 1 : e.item->n_operands;
+      for (int j = 0; j < n; ++j) read(e.item->operands[j]);
+      // A first-instant flag's next state reads its own value.
+      if (e.what == Entry::kNext && op(*e.item) == OP_FIRST) read(e.item);
+    }
+  }
+
   // A comparison that only its `if` reads, as its condition, is compared
   // by the `if` itself: one instruction less. It still compares what it
   // would have compared: read by no one else, it is reached from its `if`
@@ -246,35 +269,66 @@ class Deriver {
   // the `if`, to be computed after it. An int `if` over a real branch
   // keeps its own instruction, which takes the branch's low half.
   void fuse_comparisons() {
-    // Whether an item is read once: counts stop at two.
-    std::vector<uint8_t> reads(slot_.size(), 0);
-    auto read = [&](const EvalItem* x) { reads[x->number] = std::min(reads[x->number] + 1, 2); };
-    for (const Entry& e : entries_) {
-      if (e.what == Entry::kZero || e.what == Entry::kState) continue;
-      const int n = e.what == Entry::kCheck ? 1 : e.item->n_operands;
-      for (int j = 0; j < n; ++j) read(e.item->operands[j]);
-      // A first-instant flag's next state reads its own value.
-      if (e.what == Entry::kNext && op(*e.item) == OP_FIRST) read(e.item);
-    }
     for (const Entry& e : entries_) {
       if (e.what != Entry::kCompute || !is_choice(op(*e.item))) continue;
       const EvalItem& choice = *e.item;
       const EvalItem& compare = *choice.operands[0];
       const StepOp compare_op = op(compare);
       fused_[compare.number] =
-          fused_if(compare_op) != OP_NONE && reads[compare.number] == 1 &&
+          fused_if(compare_op) != OP_NONE && reads_[compare.number] == 1 &&
           !reads_as_zero(compare_op, compare, 0) && !reads_as_zero(compare_op, compare, 1) &&
           !(op(choice) == OP_COND_I && (choice.operands[1]->value_kind == VK_REAL ||
                                         choice.operands[2]->value_kind == VK_REAL));
     }
   }
 
+  // A first-instant flag on the base clock is true at the first step and
+  // false from then on, until a reset: an `->` over it is its left operand
+  // at the first step and its right one after. When nothing else reads
+  // the right operand, the two share its slot and the `->` takes no
+  // instruction: the right operand's instruction copies the left operand
+  // at the first step instead (`first_step`), which no one misses, and
+  // computes from then on. The slot holds the value of the `->` between
+  // steps, which is what a read before it is computed (a cycle, a memory
+  // read from it) wants. Read by the `->` alone, the right operand is
+  // reached from it only, and computed right before it.
+  void elide_first_choices() {
+    for (uint32_t i = 0; i < entries_.size(); ++i) {
+      const Entry& e = entries_[i];
+      if (e.what != Entry::kCompute || !is_choice(op(*e.item))) continue;
+      const EvalItem& choice = *e.item;
+      const EvalItem& right = *choice.operands[2];
+      bool plain = true;
+      for (int j = 0; j < 3; ++j) plain = plain && !reads_as_zero(op(choice), choice, j);
+      // An int `->` over a real operand takes its low half.
+      const bool whole = op(choice) != OP_COND_I || (choice.operands[1]->value_kind != VK_REAL &&
+                                                     right.value_kind != VK_REAL);
+      elided_[choice.number] = plain && whole && true_only_first(*choice.operands[0]) &&
+                               i > 0 && computed_at_[right.number] == i - 1 && !fused_[right.number] &&
+                               !elided_[right.number] && reads_[right.number] == 1;
+    }
+  }
+
+  /// A first-instant flag whose clock is a true constant.
+  bool true_only_first(const EvalItem& flag) const {
+    if (op(flag) != OP_FIRST || reads_as_zero(OP_FIRST, flag, 0)) return false;
+    const EvalItem& clock = *flag.operands[0];
+    return op(clock) == OP_CONST && static_cast<uint32_t>(word_of(clock.value_kind, clock.value)) != 0;
+  }
+
+  /// Where an item is computed: for an elided `->`, where its right
+  /// operand is.
+  uint32_t computed_at(const EvalItem& x) const {
+    return computed_at_[(elided_[x.number] ? *x.operands[2] : x).number];
+  }
+
   // A memory on the base clock holds the value its operand had at the
   // step before. When every read of the memory comes before its operand is
-  // computed, the operand's own slot still holds that value there: the
+  // computed, or with it (an instruction reads its operands before it
+  // writes), the operand's own slot still holds that value there: the
   // memory is read from it and takes no next state. It is nil at the first
   // step and after a reset, as the operand's slot is then.
-  void find_aliases() {
+  void find_aliases(uint32_t advance_entry) {
     constexpr uint32_t kAfterTheCode = UINT32_MAX;
     std::vector<uint32_t> last_read(slot_.size(), 0);
     auto note = [&](const EvalItem* read, uint32_t at) {
@@ -284,8 +338,14 @@ class Deriver {
       const Entry& e = entries_[i];
       switch (e.what) {
         case Entry::kCompute: {
-          // A comparison its `if` makes reads its operands where the `if` is.
+          // A comparison its `if` makes reads its operands where the `if` is;
+          // an elided `->` reads its left operand at the first step only,
+          // right before.
           if (fused_[e.item->number]) break;
+          if (elided_[e.item->number]) {
+            note(e.item->operands[1], i);
+            break;
+          }
           for (int j = 0; j < e.item->n_operands; ++j) note(e.item->operands[j], i);
           if (is_choice(op(*e.item)) && fused_[e.item->operands[0]->number]) {
             const EvalItem& compare = *e.item->operands[0];
@@ -303,8 +363,9 @@ class Deriver {
           note(e.item, i);
           break;
         case Entry::kRoot:
-          note(e.item->operands[0], i);
-          note(e.item->operands[1], i);
+          // Sampled once all of the roots' code has run.
+          note(e.item->operands[0], advance_entry);
+          note(e.item->operands[1], advance_entry);
           break;
         case Entry::kNext:
           // A memory read through a copy is read where the copy is made.
@@ -317,28 +378,31 @@ class Deriver {
     for (const EvalItem* m : p_.memories) {
       if (!takes_word_always(*m)) continue;
       const EvalItem& operand = *m->operands[0];
-      const uint32_t at = computed_at_[operand.number];
-      aliased_[m->number] = at != kUnplaced && !fused_[operand.number] && last_read[m->number] < at;
+      const uint32_t at = computed_at(operand);
+      aliased_[m->number] = at != kUnplaced && !fused_[operand.number] && last_read[m->number] <= at;
     }
   }
 
-  bool is_fused(const Entry& e) const {
-    return e.what == Entry::kCompute && fused_[e.item->number];
+  /// A computation with no instruction: a fused comparison, an elided `->`.
+  bool is_folded(const Entry& e) const {
+    return e.what == Entry::kCompute && (fused_[e.item->number] || elided_[e.item->number]);
   }
 
-  /// Code positions in the walk's order, leaving out the fused comparisons.
-  void lay_out(size_t advance_entry) {
+  /// Code positions in the walk's order, leaving out the folded items.
+  void lay_out(uint32_t advance_entry) {
     uint32_t next = 0;
     for (size_t i = 0; i < entries_.size(); ++i) {
       Entry& e = entries_[i];
       if (i == advance_entry) out_.advance_begin = next;
-      if (e.what == Entry::kRoot) e.position = next;
-      if (takes_slot(e) && !is_fused(e)) e.position = next++;
+      if (takes_slot(e) && !is_folded(e)) e.position = next++;
     }
     if (advance_entry == entries_.size()) out_.advance_begin = next;
     position_ = next;
+    // The right operand of an elided `->` comes before it.
     for (const Entry& e : entries_) {
-      if (e.what == Entry::kCompute && !is_fused(e)) {
+      if (e.what == Entry::kCompute && elided_[e.item->number]) {
+        slot_[e.item->number] = slot_[e.item->operands[2]->number];
+      } else if (e.what == Entry::kCompute && !fused_[e.item->number]) {
         slot_[e.item->number] = out_.code_begin + e.position;
       }
       if (e.what == Entry::kState) kept_[e.item->number] = out_.code_begin + e.position;
@@ -355,7 +419,8 @@ class Deriver {
   }
 
   void encode() {
-    out_.code.resize(position_);
+    out_.code.resize(position_ + 1);
+    out_.code.back().op = OP_END;
     out_.values.resize(out_.code_begin + position_, 0);
     out_.statuses.resize(out_.code_begin + position_, ST_NIL);
     for (const Entry& e : entries_) {
@@ -372,15 +437,22 @@ class Deriver {
           out_.code[e.position] = {OP_STATE, slot_[item.number], 0, 0, 0};
           continue;
         case Entry::kCompute: {
-          if (is_fused(e)) continue;
+          if (fused_[item.number]) continue;
           const uint32_t slot = slot_[item.number];
           out_.values[slot] = word_of(item.value_kind, item.value);
           out_.statuses[slot] = static_cast<uint8_t>(item.status);
+          if (elided_[item.number]) {
+            // Its right operand's instruction is already in place.
+            StepInstr& right = out_.code[slot - out_.code_begin];
+            out_.first_step.push_back({slot - out_.code_begin, right});
+            right = {OP_STATE, operand_slot(item, 1), 0, 0, 0};
+            continue;
+          }
           out_.code[e.position] = compute(item);
           break;
         }
         case Entry::kRoot:
-          out_.roots.push_back({static_cast<SampledEI*>(e.item), e.position, operand_slot(item, 0),
+          out_.roots.push_back({static_cast<SampledEI*>(e.item), operand_slot(item, 0),
                                 operand_slot(item, 1)});
           break;
         case Entry::kNext:
@@ -419,6 +491,11 @@ class Deriver {
                     slot_[compare.operands[0]->number], k, operand_slot(item, 1),
                     operand_slot(item, 2)};
           }
+          if (fused >= OP_IF_EQ_N && reads_constant_slot(compare, 1)) {
+            return {static_cast<StepOp>(OP_IF_EQ_NK + (fused - OP_IF_EQ_N)),
+                    slot_[compare.operands[0]->number], slot_[compare.operands[1]->number],
+                    operand_slot(item, 1), operand_slot(item, 2)};
+          }
           return {fused, slot_[compare.operands[0]->number], slot_[compare.operands[1]->number],
                   operand_slot(item, 1), operand_slot(item, 2)};
         }
@@ -432,6 +509,13 @@ class Deriver {
       case OP_GT_I:
       case OP_GE_I:
         if (uint32_t k; reads_constant(item, 1, k)) return by_constant(item, k);
+        break;
+      case OP_EQ_N:
+      case OP_NE_N:
+        if (reads_constant_slot(item, 1)) {
+          return {static_cast<StepOp>(OP_EQ_NK + (item_op - OP_EQ_N)), operand_slot(item, 0),
+                  slot_[item.operands[1]->number], 0, 0};
+        }
         break;
       case OP_UNARY_CALL:
         out_.unary.push_back(static_cast<const UFUNC_double_EI&>(item).op.function);
@@ -472,6 +556,11 @@ class Deriver {
       case OP_IF_LE_IK:
       case OP_IF_GT_IK:
       case OP_IF_GE_IK:
+      case OP_EQ_NK:
+      case OP_NE_NK:
+      case OP_IF_EQ_NK:
+      case OP_IF_NE_NK:
+      case OP_END:
         internal_error("file 'schedule_build':\nno instruction for operation %d\n", item_op);
       default:
         break;
@@ -529,9 +618,12 @@ class Deriver {
   std::vector<uint32_t> kept_;
   /// By item number: the entry that computes it, or kUnplaced.
   std::vector<uint32_t> computed_at_;
-  /// By item number: a comparison its `if` makes; a memory read from its
-  /// operand's slot.
+  /// By item number: how often it is read (0, 1, or 2 for more); a
+  /// comparison its `if` makes; an `->` read from its right operand's slot;
+  /// a memory read from its operand's slot.
+  std::vector<uint8_t> reads_;
   std::vector<uint8_t> fused_;
+  std::vector<uint8_t> elided_;
   std::vector<uint8_t> aliased_;
   /// As deep as the longest chain: a deque grows without copying itself.
   std::deque<Frame> stack_;

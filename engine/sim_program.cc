@@ -60,7 +60,7 @@ void SimProgram::step_by_items() {
 
 void SimProgram::begin_step() {
   ++step_counter;
-  if (!by_items_) schedule_->take_inputs();
+  if (!by_items_) schedule_->begin_step();
 }
 
 void SimProgram::compute_assertion(size_t i) {

@@ -97,7 +97,16 @@
   X(IF_LT_IK) \
   X(IF_LE_IK) \
   X(IF_GT_IK) \
-  X(IF_GE_IK)
+  X(IF_GE_IK) \
+  /* Name comparisons whose second operand is a constant, read from its */ \
+  /* slot: its status is 0. */ \
+  X(EQ_NK) \
+  X(NE_NK) \
+  X(IF_EQ_NK) \
+  X(IF_NE_NK) \
+  /* Where a run of the code stops: put over the instruction after the */ \
+  /* last one to run while it runs, and after the whole code for good. */ \
+  X(END)
 
 enum StepOp : uint8_t {
 #define KORVEL_STEP_OP_ENUM(name) OP_##name,
