@@ -251,10 +251,8 @@ EvalItem* start_item(SimProgram& p, ItemIndex& index, Exp* e, Frame* frame) {
       const TypeClass tc = type_class(net, type);
       // The schedule takes the inputs' values from their items at every
       // step, those of locals left without an equation included.
-      const bool keeping = p.item_pool().keeping();
-      p.item_pool().keep(keeping || build == EV_INPUT);
+      const ItemPool::Keeping keeping(p.item_pool(), build == EV_INPUT);
       item = item_classes(e->op)->of[tc](p.item_pool(), build == EV_INPUT ? e->ident : e->arity());
-      p.item_pool().keep(keeping);
       if (op_extern_other(e->op) && tc == TC_OTHER) item->extern_type = type->name;
       if (build == EV_FIRST) p.memories.push_back(item);
       if (build == EV_MEMORY) {
@@ -324,9 +322,11 @@ EvalItem* make_output(SimProgram& p, QvType* type, EvalItem* const operands[2]) 
   const TypeClass tc = type_class(*p.net, type);
   // The front ends read it at every step, once the schedule has replaced
   // the other items.
-  p.item_pool().keep(true);
-  EvalItem* item = by_value_kind<OutputEI>().of[tc](p.item_pool(), 2);
-  p.item_pool().keep(false);
+  EvalItem* item;
+  {
+    const ItemPool::Keeping keeping(p.item_pool());
+    item = by_value_kind<OutputEI>().of[tc](p.item_pool(), 2);
+  }
   if (tc == TC_OTHER) item->extern_type = type->name;
   item->operands[0] = operands[0];
   item->operands[1] = operands[1];
@@ -341,12 +341,13 @@ int build_eval(SimProgram& p) {
   // The front ends write the inputs' items, whatever an equation made of
   // them, and the panels keep their places.
   p.input_items.assign(p.n_inputs, nullptr);
-  p.item_pool().keep(true);
-  for (int i = 0; i < p.n_inputs; ++i) {
-    p.input_items[i] = build_item(p, index, p.input_nodes[i]);
-    if (!p.input_items[i]) return 1;
+  {
+    const ItemPool::Keeping keeping(p.item_pool());
+    for (int i = 0; i < p.n_inputs; ++i) {
+      p.input_items[i] = build_item(p, index, p.input_nodes[i]);
+      if (!p.input_items[i]) return 1;
+    }
   }
-  p.item_pool().keep(false);
   p.memories.clear();
   p.output_items.assign(p.n_outputs, nullptr);
   for (int i = 0; i < p.n_outputs; ++i) {

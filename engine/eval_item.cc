@@ -51,16 +51,11 @@ class WalkFrames {
 // Most items have one or two operands: a separate array would cost more
 // than the item's own fields.
 EvalItem::EvalItem(int n, int kind, EvalItem** room)
-    : operands(n <= 2 ? few_
-               : room ? room
-                      : new EvalItem*[n]()),
-      n_operands(n),
-      value_kind(static_cast<uint8_t>(kind)),
-      owns_operands_(n > 2 && !room) {}
-
-EvalItem::~EvalItem() {
-  if (owns_operands_) delete[] operands;
+    : operands(n <= 2 ? few_ : room), n_operands(n), value_kind(static_cast<uint8_t>(kind)) {
+  if (n > 2 && !room) internal_error("file 'eval_item':\nEvalItem : no room for %d operands\n", n);
 }
+
+EvalItem::~EvalItem() = default;
 
 void EvalItem::compute(unsigned) {
   error("EvalItem::compute is only virtual\n");

@@ -8,8 +8,8 @@
 class EvalItem {
  public:
   /// `kind` is a ValueKind; the operand slots start null, for the builder.
-  /// Up to two operands live in the item; more live in `room` when given
-  /// (it outlives the item), else in an array of the item's own.
+  /// Up to two operands live in the item; more live in `room`, cleared,
+  /// which outlives the item.
   EvalItem(int n_operands, int kind, EvalItem** room = nullptr);
   EvalItem(const EvalItem&) = delete;
   EvalItem& operator=(const EvalItem&) = delete;
@@ -45,9 +45,7 @@ class EvalItem {
 
   /// The operands; those of an item with at most two live in the item.
   EvalItem** operands;
-  /// All of its word zero, not only the first field: a name never
-  /// given a value reads as null.
-  EvalValue value{.s = nullptr};
+  EvalValue value;
   int n_operands;
   /// The item's place among its program's items, in the order they were
   /// made; -1 for an item no program owns.
@@ -70,7 +68,6 @@ class EvalItem {
   void ensure_operands(unsigned step);
 
  private:
-  bool owns_operands_;
   EvalItem* few_[2] = {};
 };
 

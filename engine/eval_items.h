@@ -161,7 +161,7 @@ template <class Op>
 class CountEI final : public EvalItem {
  public:
   /// `room`: as for EvalItem.
-  explicit CountEI(int n, EvalItem** room = nullptr) : EvalItem(n, VK_BOOL, room) {}
+  CountEI(int n, EvalItem** room) : EvalItem(n, VK_BOOL, room) {}
   StepOp step_op() const override { return kLogicOp<Op>; }
 
   void compute(unsigned step) override {
@@ -183,7 +183,7 @@ template <class V>
 class CondEI final : public EvalItem {
  public:
   /// `room`: as for EvalItem.
-  explicit CondEI(EvalItem** room = nullptr) : EvalItem(3, V::kind, room) {}
+  explicit CondEI(EvalItem** room) : EvalItem(3, V::kind, room) {}
   StepOp step_op() const override { return by_kind<V>(OP_COND_I, OP_COND_R, OP_COND_N); }
 
   void compute(unsigned step) override {
@@ -252,7 +252,7 @@ class BlastEI final : public EvalItem {
   }
 
   unsigned saved_status = ST_NIL;
-  EvalValue saved{.s = nullptr};
+  EvalValue saved;
 };
 
 /// True up to and including the first step at which its clock is true.

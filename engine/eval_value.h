@@ -18,8 +18,11 @@ union EvalValue {
   int32_t i;
   double d;
   /// Enumerated and extern values: the constant's name text as interned,
-  /// so two values are equal exactly when the pointers are.
-  const char* s;
+  /// so two values are equal exactly when the pointers are. A value made
+  /// with none starts as this one, null, which sets the whole word: `{}`
+  /// alone would set only `i`, the first member, and leave a name read
+  /// before any value its upper half from whatever the memory held.
+  const char* s = nullptr;
 };
 
 // An item may read an operand of another kind: types are not checked, the

@@ -13,10 +13,6 @@ constexpr size_t kBlockBytes = size_t{1} << 20;
 
 }  // namespace
 
-ItemPool::~ItemPool() {
-  for (EvalItem* item : items_) item->~EvalItem();
-}
-
 EvalItem** ItemPool::operand_room(int n) {
   if (n <= 2) return nullptr;
   auto** room = static_cast<EvalItem**>(allocate(sizeof(EvalItem*) * static_cast<size_t>(n)));
@@ -24,9 +20,6 @@ EvalItem** ItemPool::operand_room(int n) {
   return room;
 }
 
-// An item of the pool holds nothing of its own, its operands being in the
-// pool too: its room goes without a visit, which for a million items
-// scattered over the blocks would cost more than the rest of the release.
 void ItemPool::release_unkept() {
   arenas_[0] = Arena{};
   items_.assign(kept_.begin(), kept_.end());

@@ -1,7 +1,8 @@
 // The items of one program, made in large blocks rather than one by one:
 // a million separate allocations would each pay the allocator's header and
 // rounding, and scatter the items that the schedule's walk then visits in
-// about the order they were made.
+// about the order they were made. An item owns nothing, its operands being
+// in the pool too, so freeing the blocks frees the items without a visit.
 #pragma once
 
 #include <cstddef>
@@ -18,8 +19,6 @@ class ItemPool {
   ItemPool() = default;
   ItemPool(const ItemPool&) = delete;
   ItemPool& operator=(const ItemPool&) = delete;
-  /// Destroys every item made.
-  ~ItemPool();
 
   /// Makes an item of class `C`, numbered by its place among the items.
   template <class C, class... Args>
@@ -31,9 +30,22 @@ class ItemPool {
     if (keeping_) kept_.push_back(item);
     return item;
   }
-  /// Whether the items made from now on outlast release_unkept.
-  void keep(bool on) { keeping_ = on; }
-  bool keeping() const { return keeping_; }
+  /// While one stands (and `on`), the items made outlast release_unkept;
+  /// as it ends, the pool keeps as it did before.
+  class Keeping {
+   public:
+    explicit Keeping(ItemPool& pool, bool on = true) : pool_(pool), was_(pool.keeping_) {
+      pool_.keeping_ = was_ || on;
+    }
+    Keeping(const Keeping&) = delete;
+    Keeping& operator=(const Keeping&) = delete;
+    ~Keeping() { pool_.keeping_ = was_; }
+
+   private:
+    ItemPool& pool_;
+    const bool was_;
+  };
+
   /// Frees the room of every item but those made while keeping; items()
   /// then lists the kept ones.
   void release_unkept();

@@ -124,15 +124,25 @@ class Deriver {
   /// Whether `item` reads a constant number as its operand `j`, and which
   /// word as an int reads it.
   bool reads_constant(const EvalItem& item, int j, uint32_t& word) const {
-    const EvalItem& operand = *item.operands[j];
-    if (op(operand) != OP_CONST || reads_as_zero(op(item), item, j)) return false;
-    word = static_cast<uint32_t>(word_of(operand.value_kind, operand.value));
+    if (!reads_constant_slot(item, j)) return false;
+    word = constant_word(*item.operands[j]);
     return true;
   }
 
   /// Whether `item` reads a constant as its operand `j`, as it is.
   bool reads_constant_slot(const EvalItem& item, int j) const {
     return op(*item.operands[j]) == OP_CONST && !reads_as_zero(op(item), item, j);
+  }
+
+  /// A constant's word as an int reads it.
+  static uint32_t constant_word(const EvalItem& constant) {
+    return static_cast<uint32_t>(word_of(constant.value_kind, constant.value));
+  }
+
+  /// Whether a memory or first-instant flag reads a clock that is always
+  /// true.
+  bool clock_always_true(const EvalItem& memory, int j) const {
+    return reads_constant_slot(memory, j) && constant_word(*memory.operands[j]) != 0;
   }
 
   uint32_t new_slot(uint64_t value, uint8_t status) {
@@ -311,9 +321,7 @@ class Deriver {
 
   /// A first-instant flag whose clock is a true constant.
   bool true_only_first(const EvalItem& flag) const {
-    if (op(flag) != OP_FIRST || reads_as_zero(OP_FIRST, flag, 0)) return false;
-    const EvalItem& clock = *flag.operands[0];
-    return op(clock) == OP_CONST && static_cast<uint32_t>(word_of(clock.value_kind, clock.value)) != 0;
+    return op(flag) == OP_FIRST && clock_always_true(flag, 0);
   }
 
   /// Where an item is computed: for an elided `->`, where its right
@@ -600,9 +608,7 @@ class Deriver {
   bool takes_word_always(const EvalItem& memory) const {
     const StepOp memory_op = op(memory);
     if (memory_op == OP_FIRST || reads_as_zero(memory_op, memory, 0)) return false;
-    const EvalItem& clock = *memory.operands[1];
-    return op(clock) == OP_CONST && !reads_as_zero(memory_op, memory, 1) &&
-           static_cast<uint32_t>(word_of(clock.value_kind, clock.value)) != 0 &&
+    return clock_always_true(memory, 1) &&
            !(memory_op == OP_LAST_I && memory.operands[0]->value_kind == VK_REAL);
   }
 

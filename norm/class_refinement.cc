@@ -83,7 +83,7 @@ void ClassRefinement::read_operands() {
   for (int i = 0; i < n; ++i) {
     shapes_[i].operands = static_cast<uint32_t>(codes_.size());
     for (Exp* o : cells_[i].node->operands) {
-      const int code = by_class_.code(net_, o);
+      const int code = first_codes_.code(net_, o);
       if (code > n) {
         internal_error("file 'class_refinement':\nClassRefinement : operand outside the net\n");
       }
@@ -94,7 +94,7 @@ void ClassRefinement::read_operands() {
       }
     }
   }
-  by_class_.finish();
+  first_codes_.finish();
   shapes_[n].operands = static_cast<uint32_t>(codes_.size());
   uint32_t start = 0;
   for (int i = 0; i < n; ++i) {
@@ -390,7 +390,7 @@ NormNet::Partition ClassRefinement::relink() {
   p.firsts.resize(net_.n_classes);
   // No more codes than all the members have; the pages left over are
   // never touched.
-  p.operands = std::move(by_class_);
+  p.operands = std::move(first_codes_);
   p.operands.reserve(net_.n_classes, codes_.size());
   const bool lists = net_.keeps_normal_form();
   if (lists) net_.class_lists.assign(net_.n_classes, nullptr);
@@ -408,10 +408,7 @@ NormNet::Partition ClassRefinement::relink() {
       }
       *link = nullptr;
     }
-    const int* codes = operands(first);
-    const size_t count = arity(first);
-    int* to = p.operands.add(count);
-    for (size_t j = 0; j < count; ++j) to[j] = codes[j] > 0 ? p.class_of[codes[j] - 1] : codes[j];
+    std::copy_n(operands(first), arity(first), p.operands.add(arity(first)));
   }
   if (lists) net_.made = nullptr;
   return p;

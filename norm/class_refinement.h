@@ -119,9 +119,9 @@ class ClassRefinement {
   NormNet& net_;
   /// The made nodes' cells, oldest first: a member's position is its index.
   std::deque<NormNet::Cell>& cells_;
-  /// Codes the operands as they are read, and takes the codes by class at
-  /// the end.
-  OperandCodes by_class_;
+  /// Codes the operands as they are read, and takes the first members'
+  /// codes at the end.
+  OperandCodes first_codes_;
   /// The operands after through_ref: a member's position + 1 or, below 0,
   /// a leaf.
   std::vector<int> codes_;

@@ -43,14 +43,7 @@ NormNet::Partition NormNet::identity_partition() {
     total += cells_[i].node->operands.size();
   }
   p.operands.reserve(n, total);
-  for (int c = 0; c < n; ++c) {
-    Exp* node = cells_[p.firsts[c]].node;
-    int* codes = p.operands.add(node->operands.size());
-    for (Exp* o : node->operands) {
-      const int code = p.operands.code(*this, o);
-      *codes++ = code > 0 ? p.class_of[code - 1] : code;
-    }
-  }
+  for (int c = 0; c < n; ++c) p.operands.add(*this, cells_[p.firsts[c]].node);
   p.operands.finish();
   if (!keep_normal_form_) {
     release_normal_form();
@@ -101,9 +94,7 @@ void NormNet::rebuild(const Partition& partition) {
   if (partition.operands.entries() != static_cast<size_t>(n_classes)) {
     internal_error("file 'net_norm':\nNormNet::rebuild : no partition to rebuild from\n");
   }
-  for (int& code : final_codes_) {
-    if (code > 0) code = partition.class_of[code - 1];
-  }
+  for (int& code : final_codes_) code = partition.class_code(code);
   class_reps.resize(n_classes);
   for (Exp*& rep : class_reps) rep = ctr.placeholder();
   std::vector<Exp*> operands;
@@ -112,7 +103,7 @@ void NormNet::rebuild(const Partition& partition) {
     const int* codes = partition.operands.of(i);
     operands.clear();
     for (size_t j = 0, count = partition.operands.size(i); j < count; ++j) {
-      const int code = codes[j];
+      const int code = partition.class_code(codes[j]);
       operands.push_back(code > 0 ? class_reps[code - 1] : partition.operands.leaf(code));
     }
     Exp filled;

@@ -30,12 +30,16 @@ class NormNet : public Net {
   };
   /// The classes as the rebuild needs them, by class from 1 at index 0.
   struct Partition {
-    /// The operands of each class's first member: a class, or below 0 a leaf.
+    /// The operands of each class's first member, coded as read: a made
+    /// node by its position + 1, or below 0 a leaf.
     OperandCodes operands;
     /// Each class's first member, and each member's class, by position
     /// among the made nodes.
     std::vector<int> firsts;
     std::vector<int> class_of;
+
+    /// A code as read, with a made node's class in place of its position.
+    int class_code(int code) const { return code > 0 ? class_of[code - 1] : code; }
   };
 
   NormNet(SymbolTable* strings, const LoadOptions& options);

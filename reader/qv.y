@@ -192,9 +192,9 @@ type
   ;
 
 predefined_type
-  : XBool { $$ = ctx.intern($1.view()); }
-  | XInt { $$ = ctx.intern($1.view()); }
-  | XReal { $$ = ctx.intern($1.view()); }
+  : XBool { $$ = ctx.intern($1); }
+  | XInt { $$ = ctx.intern($1); }
+  | XReal { $$ = ctx.intern($1); }
   ;
 
 named_type

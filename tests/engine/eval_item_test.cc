@@ -8,8 +8,8 @@
 namespace {
 
 TEST(BaseItemFatalTest, MissingOperationsAreFatal) {
-  // Three operands and no room given: the item holds an array of its own.
-  EvalItem base(3, VK_INT);
+  EvalItem* room[3] = {};
+  EvalItem base(3, VK_INT, room);
   EXPECT_EQ(base.operands[2], nullptr);
   EXPECT_ENDS(base.compute(1), 1, "EvalItem::compute is only virtual");
   EXPECT_ENDS(base.compute_next(1), 1, "compute_next only virtual");
